@@ -1,0 +1,333 @@
+#include "store/load.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "run/settings.h"
+#include "store/gzstream.h"
+
+namespace lintara {
+
+namespace {
+
+[[noreturn]] void FailToLoad(const std::string& file) {
+    std::cerr << "Fail to load file " << file << std::endl;
+    std::exit(-1);
+}
+
+/// Ends the run for a record that points outside the store.
+[[noreturn]] void BadRecord(const std::string& file, long line, const std::string& what) {
+    std::cerr << file << ": line " << line << ": " << what << std::endl;
+    std::exit(-1);
+}
+
+template <class... Words>
+std::string Text(const Words&... words) {
+    std::ostringstream text;
+    (text << ... << words);
+    return text.str();
+}
+
+/// The header line of a record in the gap file.
+struct GapHeader {
+    std::string name;  ///< '>' and the gap id
+    Len_t length = 0;
+    int position = 0;
+    int scaffold = 0;
+    int contig = 0;
+
+    int GapNumber() const { return std::atoi(name.c_str() + 1); }
+};
+
+/// Reads the records of a gap file one after the other and knows at which line it stands.
+class GapFile {
+  public:
+    explicit GapFile(const std::string& file) : in_(file.c_str(), 0, std::ios::in) {
+        if (!in_) FailToLoad(file);
+    }
+
+    /// Extracts the five fields; false at the end of the file, and at a number that is malformed or does not fit.
+    bool ReadHeader(GapHeader& header) {
+        SkipSpace();
+        header_line_ = line_;
+        if (!(in_ >> header.name)) return false;
+        SkipSpace();
+        if (!(in_ >> header.length)) return false;
+        SkipSpace();
+        if (!(in_ >> header.position)) return false;
+        SkipSpace();
+        if (!(in_ >> header.scaffold)) return false;
+        SkipSpace();
+        return static_cast<bool>(in_ >> header.contig);
+    }
+
+    /// Takes the rest of the header line and the sequence line. A file that ends here gives an empty sequence.
+    void ReadSequence(std::string& sequence) {
+        std::getline(in_, rest_);
+        sequence.clear();
+        std::getline(in_, sequence);
+        line_ += 2;
+    }
+
+    /// Number of the line on which the header stands that was read last, from 1.
+    long HeaderLine() const { return header_line_; }
+
+  private:
+    // Extraction passes over white space itself; this only counts the lines that go by.
+    void SkipSpace() {
+        std::streambuf& from = *in_.rdbuf();
+        for (int c = from.sgetc(); c == ' ' || (c >= '\t' && c <= '\r'); c = from.snextc()) {
+            if (c == '\n') ++line_;
+        }
+    }
+
+    igzstream in_;
+    std::string rest_;
+    long line_ = 1;
+    long header_line_ = 1;
+};
+
+/// Position of the first such character as an int, -1 where there is none.
+int Find(const std::string& line, char c) {
+    const std::size_t pos = line.find(c);
+    return pos == std::string::npos ? -1 : static_cast<int>(pos);
+}
+
+/// Scaffold id of a contig header: the number from character 9 to the first '_', or to the end without one there.
+int ScaffoldNumber(const std::string& header) {
+    return std::atoi(header.c_str() + 9);
+}
+
+void RefuseShortHeader(const std::string& file, long line_number, const std::string& header) {
+    if (header.size() < 9) {
+        BadRecord(file, line_number, Text("contig header is shorter than nine characters: ", header));
+    }
+}
+
+void OpenContigFile(std::ifstream& in, const std::string& file) {
+    in.open(file.c_str());
+    if (!in) FailToLoad(file);
+}
+
+}  // namespace
+
+void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid) {
+    std::map<int, int> gapreadsum;
+    Loadgapnum(file1, gapreadsum);
+    Loadcontignum(file2, scaffolds, scafid);
+    std::cerr << "scaffold number in total: " << scafid.size() << std::endl;
+    if (gapreadsum.empty() || scafid.empty()) {
+        std::cerr << "Is gapread.fa or contig.fa empty? Can't find read or contig seq\n";
+        return;
+    }
+    for (const auto& [id, num] : scafid) {
+        for (Len_t i = 0; i < scaffolds[num].gapSum; ++i) {
+            scaffolds[num].gaps[i].id = -1;
+            scaffolds[num].gaps[i].greadSum = 0;
+        }
+    }
+    std::map<int, int> gapreadnum;
+    for (const auto& [id, sum] : gapreadsum) gapreadnum.emplace_hint(gapreadnum.end(), id, 0);
+
+    GapFile in(file1);
+    std::cerr << "start to load gap file\n";
+    GapHeader header;
+    std::string sequence;
+    int last_scaffold = 0;
+    int num = 0;
+    // Neighbouring records mostly belong to one gap, so its counters are looked up once a run of records.
+    int last_gap = 0;
+    int* stored = nullptr;
+    int counted = 0;
+    while (in.ReadHeader(header)) {
+        const int gap_number = header.GapNumber();
+        if (header.scaffold != last_scaffold) {
+            num = scafid[header.scaffold];
+            last_scaffold = header.scaffold;
+        }
+        const Scaf& scaffold = scaffolds[num];
+        if (header.contig < 0 || static_cast<Len_t>(header.contig) >= scaffold.gapSum) {
+            BadRecord(file1, in.HeaderLine(),
+                      Text("contig index ", header.contig, " is outside the gaps of scaffold ", header.scaffold,
+                           ", which has ", scaffold.gapSum));
+        }
+        if (stored == nullptr || gap_number != last_gap) {
+            stored = &gapreadnum[gap_number];
+            counted = gapreadsum[gap_number];
+            last_gap = gap_number;
+        }
+        Gap& gap = scaffold.gaps[header.contig];
+        if (gap.greadSum == 0 && counted > 0) {
+            gap.id = gap_number;
+            gap.greadSum = static_cast<Len_t>(counted);
+            gap.reads = new std::string[gap.greadSum];
+            gap.position = new int[gap.greadSum];
+            Initial(gap.reads, counted);
+            Initial(gap.position, counted);
+            gap.gap_length = static_cast<int>(header.length);
+            gap.before_contig_id = header.contig;
+        }
+        // Two gap ids at one place of a scaffold, or a file that grew since it was counted.
+        if (static_cast<Len_t>(*stored) >= gap.greadSum) {
+            BadRecord(file1, in.HeaderLine(), Text("more reads for gap ", gap_number, " than counted: ", gap.greadSum));
+        }
+        gap.position[*stored] = header.position;
+        in.ReadSequence(sequence);
+        if (sequence.size() <= 1) {
+            std::cerr << "short read: " << sequence << std::endl;
+        } else {
+            chomp_read(sequence);
+        }
+        gap.reads[*stored] = std::string(sequence.data(), sequence.size());
+        ++*stored;
+    }
+    std::cerr << "gap file load finished!\n";
+}
+
+void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid) {
+    std::cerr << "Start to load contig file\n";
+    std::ifstream in;
+    OpenContigFile(in, file);
+    std::string sequence;
+    int scaffid = 0;
+    int contigid = 0;
+    int gap_length = 0;
+    long line_number = 0;
+    long header_line = 1;
+
+    const auto store = [&] {
+        // A single base is kept on purpose: it begins the sequence of the next contig.
+        if (sequence.size() <= 1) return;
+        // Index 0 serves ids that were not counted, so there must be at least one scaffold.
+        if (scafid.empty()) BadRecord(file, header_line, Text("scaffold ", scaffid, " is not in the store"));
+        Scaf& scaffold = scaffolds[scafid[scaffid]];
+        if (contigid < 0 || static_cast<Len_t>(contigid) > scaffold.gapSum) {
+            BadRecord(file, header_line,
+                      Text("contig index ", contigid, " is outside the contigs of scaffold ", scaffid, ", which has ",
+                           scaffold.gapSum + 1));
+        }
+        scaffold.contigs[contigid] = std::string(sequence.data(), sequence.size());
+        scaffold.front_gap_lens[contigid] = gap_length;
+        sequence.clear();
+    };
+
+    std::string line;
+    while (std::getline(in, line)) {
+        ++line_number;
+        if (line.empty() || line[0] != '>') {
+            sequence += line;
+            continue;
+        }
+        store();
+        const int underscore = Find(line, '_');
+        const int tab = Find(line, '\t');
+        if (tab == -1 || tab < underscore) {
+            std::cerr << "position error \n" << underscore << "\t" << tab << std::endl;
+            std::exit(-1);
+        }
+        RefuseShortHeader(file, line_number, line);
+        scaffid = ScaffoldNumber(line);
+        // Without '_' the number is looked for from the first character on.
+        contigid = std::atoi(line.substr(underscore + 1, tab - underscore - 1).c_str());
+        gap_length = std::atoi(line.c_str() + tab + 1);
+        header_line = line_number;
+    }
+    store();
+    in.close();
+    std::cerr << "contig file load finished!\n";
+}
+
+void Loadgapnum(std::string& file, std::map<int, int>& gapreadsum) {
+    GapFile in(file);
+    GapHeader header;
+    std::string sequence;
+    int last_gap = 0;
+    int* count = nullptr;
+    while (in.ReadHeader(header)) {
+        if (header.name[0] != '>') {
+            std::cerr << "Error in load gap file\n";
+            std::exit(-1);
+        }
+        const int gap_number = header.GapNumber();
+        if (count == nullptr || gap_number != last_gap) {
+            count = &gapreadsum[gap_number];
+            last_gap = gap_number;
+        }
+        ++*count;
+        in.ReadSequence(sequence);
+    }
+    std::cerr << "Number count finished!\n"
+              << "Gap number: " << gapreadsum.size() << std::endl;
+}
+
+void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid) {
+    std::cerr << "Start to count contig number\n";
+    std::ifstream in;
+    OpenContigFile(in, file);
+    std::map<int, int> contignum;
+    std::string line;
+    long line_number = 0;
+    while (std::getline(in, line)) {
+        ++line_number;
+        if (line.empty() || line[0] != '>') continue;
+        RefuseShortHeader(file, line_number, line);
+        const int id = ScaffoldNumber(line);
+        if (id == 0) std::cerr << "scaffold id " << line << "\t" << 0 << std::endl;
+        ++contignum[id];
+    }
+    scaffolds = new Scaf[contignum.size()];
+    if (!contignum.empty() && contignum.begin()->first == 0) contignum.erase(contignum.begin());
+    int num = 0;
+    for (const auto& [id, count] : contignum) {
+        scafid[id] = num;
+        Scaf& scaffold = scaffolds[num];
+        scaffold.gapSum = static_cast<Len_t>(count - 1);
+        scaffold.gaps = new Gap[scaffold.gapSum];
+        scaffold.contigs = new std::string[static_cast<std::size_t>(count)];
+        // Zero for a contig that the file counts but never supplies.
+        scaffold.front_gap_lens = new int[static_cast<std::size_t>(count)]();
+        ++num;
+    }
+    std::cerr << "contig number count finished!\t" << scafid.size() << std::endl;
+}
+
+void scaffold_delete(Scaf& scaffold) {
+    if (scaffold.gaps != nullptr) {
+        for (Len_t i = 0; i < scaffold.gapSum; ++i) {
+            delete[] scaffold.gaps[i].reads;
+            delete[] scaffold.gaps[i].position;
+        }
+    }
+    delete[] scaffold.gaps;
+    delete[] scaffold.contigs;
+    delete[] scaffold.front_gap_lens;
+    scaffold = Scaf();
+}
+
+void chomp_read(std::string& str) {
+    if (!str.empty() && alphabet1[str.back()] == 4) str.pop_back();
+}
+
+void chomp_read(char* str) {
+    if (str == nullptr || *str == '\0') return;
+    char& last = str[std::strlen(str) - 1];
+    if (alphabet1[last] == 4) last = '\0';
+}
+
+void Initial(int*& array, int size) {
+    std::fill_n(array, std::max(size, 0), 0);
+}
+
+void Initial(std::string*& array, int size) {
+    for (int i = 0; i < size; ++i) array[i].assign(100, 'N');
+}
+
+int findsetmax(const std::set<int>& pos) {
+    return pos.empty() ? 0 : std::max(*pos.rbegin(), 0);
+}
+
+}  // namespace lintara
