@@ -1,11 +1,12 @@
 // The road from the reads of one block to its overlap matrix: k-mer table, seeds, comparisons. The block has 1,000
 // reads of 100 bases at 40-fold depth. Wanted: at most 60 ms, and at most 8 MB of heap beyond the matrix itself, whose
-// rows take num * num * 2 bytes. The argument is the number of wrong bases in 1,000.
+// rows take num * num * 2 bytes. The argument is how many bases in 1,000 are drawn anew, a quarter of them unchanged.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>

@@ -69,11 +69,11 @@ struct BaseTable {
 constexpr BaseTable MakeBaseTable(unsigned char code_of_n) {
     BaseTable table{};
     for (unsigned char& code : table.code) code = 4;
-    table.code['A'] = table.code['a'] = 0;
-    table.code['C'] = table.code['c'] = 1;
-    table.code['G'] = table.code['g'] = 2;
-    table.code['T'] = table.code['t'] = 3;
-    table.code['N'] = table.code['n'] = code_of_n;
+    for (unsigned char c : {'A', 'a'}) table.code[c] = 0;
+    for (unsigned char c : {'C', 'c'}) table.code[c] = 1;
+    for (unsigned char c : {'G', 'g'}) table.code[c] = 2;
+    for (unsigned char c : {'T', 't'}) table.code[c] = 3;
+    for (unsigned char c : {'N', 'n'}) table.code[c] = code_of_n;
     return table;
 }
 }  // namespace detail

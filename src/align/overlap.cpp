@@ -1,0 +1,221 @@
+#include "align/overlap.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <vector>
+
+#include "align/placement.h"
+#include "align/search.h"
+#include "run/settings.h"
+
+namespace lintara {
+
+using detail::Accepted;
+using detail::FindSeed;
+using detail::PlanSeeds;
+using detail::SeedPlan;
+using detail::SignedLength;
+using detail::StartAccepted;
+
+namespace {
+
+int Size(const std::string& seq) {
+    return static_cast<int>(seq.size());
+}
+
+// The seeds of str1 in str2, ascending; 0 when no placement is accepted. matchnum: seeds that were found.
+int SeedsOfFirst(const std::string& str1, const std::string& str2, SeedPlan seeds, int method, double match_ratio,
+                 int& matchnum) {
+    matchnum = 0;
+    for (int i = 0; i < seeds.pattnum && (i + 1) * seeds.pattlen <= Size(str1); ++i) {
+        const int p = i * seeds.pattlen;
+        const int pos = FindSeed(str1, p, seeds.pattlen, str2, method);
+        if (pos < 0) continue;
+        ++matchnum;
+        const int length = SignedLength(str1, p, str2, pos, p <= pos);
+        if (Accepted(str1, p, str2, pos, std::abs(length), match_ratio)) return length;
+    }
+    return 0;
+}
+
+// The seeds of str2 in str1. A common start and end is plus here as in the twin, which makes this test a strict one.
+int SeedsOfSecond(const std::string& str1, const std::string& str2, SeedPlan seeds, int method, double match_ratio,
+                  int& matchnum) {
+    matchnum = 0;
+    for (int i = 0; i < seeds.pattnum && (i + 1) * seeds.pattlen <= Size(str2); ++i) {
+        const int p = i * seeds.pattlen;
+        const int pos = FindSeed(str2, p, seeds.pattlen, str1, method);
+        if (pos < 0) continue;
+        ++matchnum;
+        const int length = SignedLength(str1, pos, str2, p, p >= pos);
+        if (Accepted(str1, pos, str2, p, std::abs(length), match_ratio)) return length;
+    }
+    return 0;
+}
+
+// All seeds found and none accepted is what a repeat does: the whole start of `inner` is then sought in `outer`.
+// 0 or the overlap length.
+int StartInside(const std::string& inner, const std::string& outer, int method, double match_ratio) {
+    const int pattlen = std::min(Min_overlap, Size(inner));
+    if (pattlen > Size(outer)) return 0;
+    const int pos = FindSeed(inner, 0, pattlen, outer, method);
+    if (pos < 0) return 0;
+    const int n = std::min(Size(outer) - pos, Size(inner));
+    return StartAccepted(outer, pos, inner, n, match_ratio) ? n : 0;
+}
+
+void CheckSeedLength(int pattlen) {
+    if (pattlen >= 4) return;
+    std::cerr << "overlap too short or the false rate is too high!\n";
+    std::exit(-1);
+}
+
+void CheckSeedLength(int pattlen, const std::string& seq) {
+    if (pattlen >= 4) return;
+    std::cerr << "overlap too short or the false rate is too high!\n" << seq << "\n";
+    std::exit(-1);
+}
+
+}  // namespace
+
+int overlap(const std::string& str1, const std::string& str2, int method, double match_ratio) {
+    if (str1.empty() || str2.empty()) std::exit(-1);
+    const SeedPlan seeds = PlanSeeds(method);
+    CheckSeedLength(seeds.pattlen);
+    int matchnum = 0;
+    int length = SeedsOfFirst(str1, str2, seeds, method, match_ratio, matchnum);
+    if (length != 0) return length;
+    if (matchnum == seeds.pattnum) {
+        length = StartInside(str1, str2, method, match_ratio);
+        if (length != 0) return -length;
+    }
+    length = SeedsOfSecond(str1, str2, seeds, method, match_ratio, matchnum);
+    if (length != 0) return length;
+    return matchnum == seeds.pattnum ? StartInside(str2, str1, method, match_ratio) : 0;
+}
+
+namespace {
+
+// Where forward_overlap() stands after its seeds.
+struct ForwardSeeds {
+    int result = 0;           // accepted overlap, or 0
+    int matchnum = 0;         // seeds found
+    bool firstmatch = false;  // seed 0 was found
+    int pos = -1;             // place of the last search, found or not
+};
+
+ForwardSeeds SeedsForward(const std::string& str1, const std::string& str2, SeedPlan seeds, int method,
+                          double match_ratio) {
+    ForwardSeeds state;
+    for (int i = 0; i < seeds.pattnum && (i + 1) * seeds.pattlen <= Size(str2); ++i) {
+        const int p = i * seeds.pattlen;
+        state.pos = FindSeed(str2, p, seeds.pattlen, str1, method);
+        if (state.pos >= 0) ++state.matchnum;
+        if (p > state.pos) continue;
+        if (i == 0) state.firstmatch = true;
+        const int len = p + Size(str1) - state.pos;
+        const int n = Size(str1) - state.pos < Size(str2) - p ? len : Size(str2);
+        if (!Accepted(str2, p, str1, state.pos, n, match_ratio)) continue;
+        state.result = n == Size(str2) && n < len ? len : n;
+        break;
+    }
+    return state;
+}
+
+// str2 placed at offset `place` of str1: 0 when it is turned down. When str1 goes on past str2 the result is its tail
+// from `tail_from` on.
+int ForwardPlaced(const std::string& str1, int place, int tail_from, const std::string& str2, double match_ratio) {
+    const int n = std::min(Size(str1) - place, Size(str2));
+    if (!StartAccepted(str1, place, str2, n, match_ratio)) return 0;
+    const int tail = Size(str1) - tail_from;
+    return n == Size(str2) && n < tail ? tail : n;
+}
+
+}  // namespace
+
+int forward_overlap(const std::string& str1, const std::string& str2, int method, double match_ratio) {
+    const SeedPlan seeds{4, Min_overlap / 4};
+    if (str1.empty() || str2.empty() || Size(str2) < seeds.pattlen) return 0;
+    if (seeds.pattlen < 4) std::exit(-1);
+    const ForwardSeeds state = SeedsForward(str1, str2, seeds, method, match_ratio);
+    if (state.result != 0) return state.result;
+    int pos = state.pos;
+    if (state.matchnum == seeds.pattnum) {
+        const int pattlen = std::min(Min_overlap, Size(str2));
+        if (Size(str1) < pattlen) return 0;
+        pos = FindSeed(str2, 0, pattlen, str1, method);
+        const int length = pos >= 0 ? ForwardPlaced(str1, pos, pos, str2, match_ratio) : 0;
+        if (length != 0) return length;
+    }
+    if (!state.firstmatch) return 0;
+    const std::vector<int> places = PattNum(str2.substr(0, seeds.pattlen), str1);
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        // How far str1 goes on past str2 is measured from the last search's place, not from this one.
+        const int length = ForwardPlaced(str1, places[i], pos, str2, match_ratio);
+        if (length != 0) return length;
+    }
+    return 0;
+}
+
+int overlap_before_len(const std::string& before, const std::string& str, int method, int& before_len,
+                       double match_ratio) {
+    if (before.empty() || str.empty()) std::exit(-1);
+    if (Size(before) >= Size(str)) {
+        const int length = overlap(before, str, method, match_ratio);
+        before_len = -1;
+        return length < 1 || length >= Size(str) ? 0 : length;
+    }
+    const SeedPlan seeds = PlanSeeds(method);
+    CheckSeedLength(seeds.pattlen, before);
+    for (int i = 0; i < seeds.pattnum && (i + 1) * seeds.pattlen <= Size(before); ++i) {
+        const int p = i * seeds.pattlen;
+        const int pos = FindSeed(before, p, seeds.pattlen, str, method);
+        if (pos <= 0) continue;
+        // `before` would end behind str.
+        if (Size(str) - pos < Size(before) - p) continue;
+        const int n = std::min(p, pos) + Size(before) - p;
+        if (!Accepted(before, p, str, pos, n, match_ratio)) continue;
+        before_len = p <= pos ? pos - p : -1;
+        return n;
+    }
+    before_len = -1;
+    return forward_overlap(before, str, method, match_ratio);
+}
+
+int overlap_after_len(const std::string& str, const std::string& after, int method, int& after_len,
+                      double match_ratio) {
+    if (str.empty() || after.empty()) std::exit(-1);
+    if (Size(after) >= Size(str)) {
+        after_len = -1;
+        const int length = overlap(str, after, method, match_ratio);
+        return length < 1 || length >= Size(str) ? 0 : length;
+    }
+    const SeedPlan seeds = PlanSeeds(method);
+    CheckSeedLength(seeds.pattlen, after);
+    for (int i = 0; i < seeds.pattnum && (i + 1) * seeds.pattlen <= Size(after); ++i) {
+        const int p = i * seeds.pattlen;
+        const int pos = FindSeed(after, p, seeds.pattlen, str, method);
+        if (pos <= 0) continue;
+        // `after` would start before str.
+        if (p > pos) continue;
+        const int str_tail = Size(str) - pos;
+        const int after_tail = Size(after) - p;
+        const int n = p + std::min(str_tail, after_tail);
+        if (!Accepted(after, p, str, pos, n, match_ratio)) continue;
+        after_len = str_tail < after_tail ? -1 : str_tail - after_tail;
+        return n;
+    }
+    after_len = -1;
+    return forward_overlap(str, after, method, match_ratio);
+}
+
+int overlap2(const std::string& str1, const std::string& str2, int method, int /*before_len*/, int /*after_len*/) {
+    const SeedPlan seeds = PlanSeeds(method);
+    if (seeds.pattlen < 4) std::exit(-1);
+    int matchnum = 0;
+    const int length = SeedsOfFirst(str1, str2, seeds, method, Match_ratio, matchnum);
+    return length != 0 ? length : SeedsOfSecond(str1, str2, seeds, method, Match_ratio, matchnum);
+}
+
+}  // namespace lintara

@@ -1,0 +1,125 @@
+#include "consensus/path.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include "run/streams.h"
+
+namespace lintara {
+
+namespace {
+
+using namespace consensus;
+
+char PathVote(char seq_base, int posit, const Column& column, std::string& text) {
+    const Winner winner = MostFrequent(column);
+    AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.ratio);
+    return ClearWinner(winner.bases, seq_base, winner.ratio);
+}
+
+// A later placement overwrites an earlier one, and each placement counts: the result is their number.
+int PlaceReads(ReadMap& read, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
+               int threadId) {
+    int valued_read_num = 0;
+    int offset = 0;
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        const std::string& path_read = reads[order[k]].seq;
+        if (k > 0) {
+            const int over = matrix[order[k - 1]][order[k]];
+            if (over == 0) IllegalOrder("Error in order vector!\t", static_cast<int>(k), threadId);
+            offset += Length(reads[order[k - 1]].seq) - over;
+        }
+        read[&path_read] = offset;
+        ++valued_read_num;
+        // The successors off the path are witnesses too.
+        for (std::size_t r = 0; r < reads.size(); ++r) {
+            const int over = matrix[order[k]][r];
+            if (over == 0) continue;
+            read[&reads[r].seq] = Length(path_read) - over + offset;
+            ++valued_read_num;
+        }
+    }
+    return valued_read_num;
+}
+
+bool ReadAgrees(const std::string& seq, const ReadMap& read, const std::string& tmp_seq) {
+    const auto placed = read.find(&tmp_seq);
+    const int start = placed == read.end() ? 0 : placed->second;
+    const int compared = std::min(Length(tmp_seq), Length(seq));
+    const int same_base_num = SameBases(tmp_seq, 0, seq, start, compared);
+    return compared != 0 && static_cast<double>(same_base_num) / compared > 0.9;
+}
+
+}  // namespace
+
+std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const std::vector<int>& order, int posit,
+                        const int* end, int threadId) {
+    if (order.empty()) return "";
+    std::ofstream& log = logFile[threadId];
+    const int num = static_cast<int>(reads.size());
+    const int order_size = static_cast<int>(order.size());
+    std::string seq = reads[order[0]].seq;
+    log << "Get the sequence of order, order size " << order_size << '\n';
+    if (posit == 2 && order_size == 2) return "";
+
+    int i = 1;
+    if (end[order[0]] > 0 && matrix[order[0]][num - 1] != 0) i = order_size;
+    log << "show order list: \n" << order[0];
+    for (; i < order_size; ++i) {
+        const std::string& next = reads[order[i]].seq;
+        const int over = matrix[order[i - 1]][order[i]];
+        seq += From(next, over);
+        log << '\n' << order[i] << "\tlength: " << next.size() << "\tafter: " << order[i - 1] << "\toverlap: " << over;
+    }
+    log << '\n' << i << " order element used to creat get the gap sequence\n";
+
+    const int before_edge_len = posit == 0 || posit == 2 ? Length(reads[0].seq) : 0;
+    const int after_edge_len = posit == 1 || posit == 2 ? Length(reads[num - 1].seq) : 0;
+    const int shared = before_edge_len + after_edge_len - Length(seq);
+    if (posit == 2 && shared > 0) {
+        log << "Two edge connected with each other: -" << shared << '\n';
+        return std::string(static_cast<std::size_t>(shared), 'N');
+    }
+    DropEnd(seq, after_edge_len);
+    DropFront(seq, before_edge_len);
+    log << "Raw seq: " << seq << '\t' << seq.size() << '\n';
+    return seq;
+}
+
+void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
+             const int* /*start*/, const int* /*end*/, int threadId) {
+    logFile[threadId] << "get the position for each read\n";
+    ReadMap read;
+    const int valued_read_num = PlaceReads(read, order, matrix, reads, threadId);
+
+    const std::string& before = reads[0].seq;
+    const std::string& after = reads[reads.size() - 1].seq;
+    seq = before + seq + after;
+    snp[threadId] << "value base for each position\n";
+    int unsame_base_num = 0;
+    VoteColumns(seq, 0, Length(seq), read, threadId, PathVote, [&](int posit, char voted) {
+        if (voted == seq[posit] || voted == 'N') return;
+        ++unsame_base_num;
+        seq[posit] = voted;
+    });
+    DropEnd(seq, Length(after));
+    DropFront(seq, Length(before));
+    logFile[threadId] << "Get snp finished!\n";
+    WriteFinish(valued_read_num, unsame_base_num, threadId);
+}
+
+char value_base(char seq_base, int posit, const ReadMap& read, int threadId) {
+    return VoteColumn(seq_base, posit, read, threadId, PathVote);
+}
+
+bool LastOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
+                    const std::vector<int>& order) {
+    return !order.empty() && ReadAgrees(seq, read, reads[order.back()].seq);
+}
+
+bool FirstOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
+                     const std::vector<int>& order) {
+    return !order.empty() && ReadAgrees(seq, read, reads[order.front()].seq);
+}
+
+}  // namespace lintara

@@ -1,0 +1,41 @@
+// Pieces of sequences with int lengths, as the join routines reckon them. Lengths are compared and subtracted as ints
+// and may go negative on the way; every cut is then clamped to what the sequence holds, and nothing is ever thrown.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace lintara::join {
+
+/// Size in bases, as the int that all comparisons work on.
+inline int Len(const std::string& seq) {
+    return static_cast<int>(seq.size());
+}
+
+/// The first `count` bases. A count beyond the size, or a negative one, means the whole sequence.
+inline std::string Head(const std::string& seq, int count) {
+    return count < 0 ? seq : seq.substr(0, static_cast<std::size_t>(count));
+}
+
+/// The last `count` bases: all of them for a count beyond the size, none for a negative one.
+inline std::string Tail(const std::string& seq, int count) {
+    return seq.substr(seq.size() - static_cast<std::size_t>(std::clamp(count, 0, Len(seq))));
+}
+
+/// All from the 0-based `start` on: nothing from behind the end, everything from a negative start.
+inline std::string From(const std::string& seq, int start) {
+    return seq.substr(static_cast<std::size_t>(std::clamp(start, 0, Len(seq))));
+}
+
+/// The sequence without its last `count` bases. A count beyond the size, or a negative one, leaves it whole.
+inline std::string WithoutLast(const std::string& seq, int count) {
+    return Head(seq, Len(seq) - count);
+}
+
+/// A run of N; empty for a negative count.
+inline std::string Ns(int count) {
+    return std::string(static_cast<std::size_t>(std::max(count, 0)), 'N');
+}
+
+}  // namespace lintara::join

@@ -1,0 +1,80 @@
+// The state that the three long-step walks share, and the two ways in which they collect candidates.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "run/settings.h"
+#include "run/streams.h"
+#include "store/gap.h"
+
+namespace lintara {
+
+/// What a walk does behind one of its steps.
+enum class WalkStep {
+    kGoOn,       ///< go to the top of the loop
+    kFinish,     ///< end the walk as it stands
+    kNormalEnd,  ///< end the walk for want of reads
+};
+
+struct WalkState {
+    std::vector<Read>& reads;
+    std::vector<int>& path;
+    std::uint8_t**& matrix;
+    std::uint16_t num;
+    int threadId;
+
+    int gapsize = reads[num - 1].pos;  ///< length of the gap, as the position of the last read
+    int stopjum = ExpectedSteps();     ///< steps that it should take to cross the gap
+    int jum = 1;                       ///< step mode, see get_last()
+    int count = 0;                     ///< accepted steps
+    int LateAcceptSize = 0;            ///< number of candidates at the last step
+    bool changenode = false;           ///< the selector asks for the last step to be replaced
+    bool OneAccept = false;            ///< the last step had exactly one candidate
+    bool FullCleanZero = false;        ///< handed to the selectors, which only ever set it false
+    bool noreadbreak = false;          ///< the walk stopped because reads ran out
+    std::vector<int> accept{};         ///< candidates of the step
+
+    int size() const { return static_cast<int>(path.size()); }
+    int candidates() const { return static_cast<int>(accept.size()); }
+    std::ofstream& log() const { return logFile[threadId]; }
+
+    /// Collects the reads that can follow read at on its right, without one of them.
+    void CollectRight(int at, int without = -1) {
+        accept.clear();
+        for (int i = 0; i < num; ++i) {
+            if (i != without && matrix[at][i] >= Min_overlap) accept.push_back(i);
+        }
+    }
+
+    /// Collects the reads that can stand left of read at, without one of them.
+    void CollectLeft(int at, int without = -1) {
+        accept.clear();
+        for (int i = 0; i < num; ++i) {
+            if (i != without && matrix[i][at] >= Min_overlap) accept.push_back(i);
+        }
+    }
+
+    /// The selector may have noted a largest-overlap step, which counts as a step of the first mode.
+    void TurnBackJum() {
+        if (jum == 2) jum = 1;
+    }
+
+    /// From the expected number of steps on, the far edge should be near.
+    void ExpectFarEdge(bool reached) {
+        if (reached && jum == 1) jum = 0;
+    }
+
+  private:
+    int ExpectedSteps() const {
+        const double steps = gapsize / static_cast<double>(ReadLen - Min_overlap);
+        // Steps of no length give what the conversion yields on this platform.
+        if (!(steps > std::numeric_limits<int>::min() && steps < std::numeric_limits<int>::max())) {
+            return std::numeric_limits<int>::min();
+        }
+        return static_cast<int>(steps);
+    }
+};
+
+}  // namespace lintara

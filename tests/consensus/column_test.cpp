@@ -1,0 +1,189 @@
+#include "consensus/column.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <sstream>
+
+#include "covered_column.h"
+#include "support/thread_streams.h"
+
+namespace lintara::consensus {
+namespace {
+
+using lintara::testing::CoveredColumn;
+
+class ColumnStreams : public lintara::testing::ThreadStreamsTest {};
+
+bool Same(const Column& a, const Column& b) {
+    return std::equal(std::begin(a.num), std::end(a.num), std::begin(b.num)) && a.read_num == b.read_num;
+}
+
+std::string RandomBases(std::mt19937& random, int size) {
+    std::string seq;
+    for (int i = 0; i < size; ++i) seq += "ACGTNacgt-"[random() % 10];
+    return seq;
+}
+
+TEST(CountColumn, SpanRunsFromTheFirstToTheLastBase) {
+    CoveredColumn placed("");
+    placed.Place("ACG", 3);
+    EXPECT_EQ(CountColumn(2, placed.Map()).read_num, 0);
+    EXPECT_EQ(CountColumn(3, placed.Map()).num[0], 1);
+    EXPECT_EQ(CountColumn(4, placed.Map()).num[1], 1);
+    EXPECT_EQ(CountColumn(5, placed.Map()).num[2], 1);
+    EXPECT_EQ(CountColumn(6, placed.Map()).read_num, 0);
+}
+
+TEST(CountColumn, ReadsMayBeginInFrontOfTheConsensus) {
+    CoveredColumn placed("");
+    placed.Place("AACT", -2);
+    EXPECT_EQ(CountColumn(0, placed.Map()).num[1], 1);
+    EXPECT_EQ(CountColumn(1, placed.Map()).num[3], 1);
+}
+
+TEST(CountColumn, NonBasesCountAsReadsOnly) {
+    const CoveredColumn placed("AaN-");
+    const Column column = CountColumn(5, placed.Map());
+    EXPECT_EQ(column.num[0], 2);
+    EXPECT_EQ(column.read_num, 4);
+}
+
+TEST(CountColumns, AgreesWithTheCountOfEachColumn) {
+    std::mt19937 random(20240611);
+    for (int round = 0; round < 200; ++round) {
+        CoveredColumn placed("");
+        const int reads = static_cast<int>(random() % 20);
+        for (int i = 0; i < reads; ++i) {
+            placed.Place(RandomBases(random, static_cast<int>(random() % 30)), static_cast<int>(random() % 90) - 20);
+        }
+        const int first = static_cast<int>(random() % 10);
+        const int last = first + static_cast<int>(random() % 60);
+        const std::vector<Column> columns = CountColumns(first, last, placed.Map());
+        ASSERT_EQ(columns.size(), static_cast<std::size_t>(last - first));
+        for (int posit = first; posit < last; ++posit) {
+            ASSERT_TRUE(Same(columns[posit - first], CountColumn(posit, placed.Map()))) << posit;
+        }
+    }
+}
+
+TEST(CountColumns, EmptyRangeHasNoColumns) {
+    const CoveredColumn placed("A");
+    EXPECT_TRUE(CountColumns(7, 7, placed.Map()).empty());
+    EXPECT_TRUE(CountColumns(7, 5, placed.Map()).empty());
+}
+
+TEST(MostFrequent, TieStaysWithTheEarlierLetter) {
+    const Winner winner = MostFrequent({{1, 3, 3, 2}, 10});
+    EXPECT_EQ(winner.bases, 'C');
+    EXPECT_EQ(winner.value, 3);
+    EXPECT_DOUBLE_EQ(winner.ratio, 0.3);
+}
+
+TEST(MostFrequent, NoBaseIsN) {
+    EXPECT_EQ(MostFrequent({{0, 0, 0, 0}, 3}).bases, 'N');
+    EXPECT_EQ(MostFrequent({{0, 0, 0, 0}, 3}).ratio, 0.0);
+    EXPECT_EQ(MostFrequent({{0, 0, 0, 0}, 0}).ratio, 0.0);
+}
+
+TEST(AppendRecord, FieldsInOrder) {
+    std::string text = "before\n";
+    AppendRecord(text, 12, {{1, 20, 3, 4}, 29}, 'C', "   ", 'T', 20.0 / 29);
+    EXPECT_EQ(text, "before\n12\t1\t20\t3\t4\tC   T\t29\t0.689655\n");
+}
+
+TEST(AppendRecord, RatioLooksAsAStreamPrintsIt) {
+    for (int read_num = 1; read_num <= 400; ++read_num) {
+        for (int value = 0; value <= read_num; ++value) {
+            const double ratio = static_cast<double>(value) / read_num;
+            std::string text;
+            AppendRecord(text, 0, {}, 'N', "---", 'N', ratio);
+            std::ostringstream plain;
+            plain << "0\t0\t0\t0\t0\tN---N\t0\t" << ratio << '\n';
+            ASSERT_EQ(text, plain.str());
+        }
+    }
+}
+
+TEST(ClearWinner, SevenTenthsAreEnough) {
+    EXPECT_EQ(ClearWinner('G', 'A', 7.0 / 10), 'G');
+    EXPECT_EQ(ClearWinner('G', 'A', 0.69), 'A');
+    EXPECT_EQ(ClearWinner('A', 'A', 0.1), 'A');
+}
+
+TEST_F(ColumnStreams, ManyColumnsWriteWhatSingleColumnsWrite) {
+    std::mt19937 random(7);
+    const auto vote = [](char seq_base, int posit, const Column& column, std::string& text) {
+        const Winner winner = MostFrequent(column);
+        AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.ratio);
+        return winner.bases;
+    };
+    for (int round = 0; round < 50; ++round) {
+        CoveredColumn placed("");
+        for (int i = 0; i < 12; ++i) {
+            placed.Place(RandomBases(random, 20), static_cast<int>(random() % 60) - 10);
+        }
+        const std::string seq = RandomBases(random, 50);
+        std::string one_by_one;
+        for (int posit = 4; posit < 50; ++posit) {
+            one_by_one += VoteColumn(seq[posit], posit, placed.Map(), 0, vote);
+        }
+        const std::string wanted = NewSnp();
+        std::string at_once;
+        VoteColumns(seq, 4, 50, placed.Map(), 0, vote, [&](int, char voted) { at_once += voted; });
+        EXPECT_EQ(at_once, one_by_one);
+        EXPECT_EQ(NewSnp(), wanted);
+    }
+}
+
+TEST_F(ColumnStreams, FinishingLine) {
+    WriteFinish(17, 3, 0);
+    EXPECT_EQ(Snp(), "SNP get finished!\tused reads: 17\tunsame base: 3\n");
+}
+
+TEST_F(ColumnStreams, IllegalOrderEndsTheProcessWithTheMessageInTheLog) {
+    Log();
+    EXPECT_EXIT(IllegalOrder("Error in order vector!\t", 4, 0), ::testing::ExitedWithCode(255), "^$");
+    EXPECT_EQ(Log(), "Error in order vector!\t4\n");
+}
+
+TEST(Head, NegativeCountKeepsAll) {
+    EXPECT_EQ(Head("ACGT", 2), "AC");
+    EXPECT_EQ(Head("ACGT", 0), "");
+    EXPECT_EQ(Head("ACGT", 9), "ACGT");
+    EXPECT_EQ(Head("ACGT", -1), "ACGT");
+}
+
+TEST(From, OffsetIsClamped) {
+    EXPECT_EQ(From("ACGT", 1), "CGT");
+    EXPECT_EQ(From("ACGT", 4), "");
+    EXPECT_EQ(From("ACGT", 5), "");
+    EXPECT_EQ(From("ACGT", -2), "ACGT");
+}
+
+TEST(DropFrontAndEnd, NeverMoreThanIsThere) {
+    std::string seq = "ACGTA";
+    DropFront(seq, 2);
+    EXPECT_EQ(seq, "GTA");
+    DropEnd(seq, 1);
+    EXPECT_EQ(seq, "GT");
+    DropEnd(seq, -1);
+    DropFront(seq, -1);
+    EXPECT_EQ(seq, "GT");
+    DropFront(seq, 3);
+    EXPECT_EQ(seq, "");
+    DropEnd(seq, 1);
+    EXPECT_EQ(seq, "");
+}
+
+TEST(SameBases, ColumnsOutsideAreUnequal) {
+    EXPECT_EQ(SameBases("ACGT", 0, "ACGA", 0, 4), 3);
+    EXPECT_EQ(SameBases("ACGT", 2, "GTAA", 0, 4), 2);
+    EXPECT_EQ(SameBases("ACGT", -1, "AACG", 0, 4), 3);
+    EXPECT_EQ(SameBases("ACGT", 0, "ACGT", 9, 4), 0);
+    EXPECT_EQ(SameBases("ACGT", 0, "ACGT", 0, -3), 0);
+}
+
+}  // namespace
+}  // namespace lintara::consensus
