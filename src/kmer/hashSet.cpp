@@ -175,7 +175,7 @@ void enlarge_hashset(HashSet* set, std::uint64_t num) {
     set->size = new_size;
     // Rounded, unlike the plain cut of a new table.
     const float limit = static_cast<float>(new_size) * set->load_factor;
-    set->max = static_cast<std::uint64_t>(static_cast<double>(limit) + 0.5);
+    set->max = static_cast<std::uint64_t>(static_cast<double>(limit) + 0.5);  // NOLINT(bugprone-incorrect-roundings)
 
     void* resized = std::realloc(static_cast<void*>(set->array), new_size * sizeof(Entity));
     if (resized == nullptr) OutOfMemory();

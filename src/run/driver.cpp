@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
@@ -102,12 +103,19 @@ void RunWorkers() {
     std::vector<pthread_t> threads(size);
     std::vector<int> threadId(size);
     std::vector<bool> started(size);
+    // The workers wait at the top of their loop until the two messages stand, so that none of their own comes between.
+    pthread_mutex_lock(&myMutex);
     for (std::size_t i = 0; i < size; ++i) {
         threadId[i] = static_cast<int>(i);
         started[i] = pthread_create(&threads[i], nullptr, fill_gap_by_type, &threadId[i]) == 0;
     }
     std::cerr << threadNum << " threads created!\n"
               << "Waiting for threads to exit...\n";
+    pthread_mutex_unlock(&myMutex);
+    if (size > 0 && std::find(started.begin(), started.end(), true) == started.end()) {
+        std::cerr << "No worker thread can be started!\n";
+        std::exit(1);
+    }
     // The workers that did start share out all scaffolds among them.
     for (std::size_t i = 0; i < size; ++i) {
         if (started[i]) pthread_join(threads[i], nullptr);

@@ -29,5 +29,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     std::set_terminate(EndWithMessage);
     std::ios::sync_with_stdio(false);
+    // Otherwise each message on the error stream would flush the standard output, unlocked, under a worker's hands.
+    std::cerr.tie(nullptr);
     return lintara::Run(argc, argv);
 }

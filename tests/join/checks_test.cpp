@@ -124,6 +124,12 @@ TEST_F(IsRepeatSeqTest, ATagThatComesTwiceVotesTwice) {
     EXPECT_TRUE(IsRepeatSeq("ACACACACACACA", tags.Info()));
 }
 
+TEST_F(IsRepeatSeqTest, TheLastFiveBasesAreNoTag) {
+    // Their code is that of the tag with one A more in front.
+    tags.Set("AATTGC", {13});
+    EXPECT_FALSE(IsRepeatSeq("ACGGATCATTGC", tags.Info()));
+}
+
 TEST_F(IsRepeatSeqTest, WithoutTagsOrTableNothingIsARepeat) {
     TagInfo* none = nullptr;
     EXPECT_FALSE(IsRepeatSeq(Bases(4, 40), none));
@@ -193,6 +199,21 @@ TEST_F(BeforeCrossCheckTest, TheGrownSequenceMayDifferMoreThanTheEdge) {
     // Two changes are 0.95.
     seq = Changed(Changed(Seq(40), 195), 199);
     EXPECT_FALSE(BeforeCrossCheck(seq, Block({r}), Edge(40), 0));
+}
+
+TEST_F(BeforeCrossCheckTest, NinetyNinePercentOfTheEdgeSuffice) {
+    // One change in 100 columns.
+    const std::string read = Bases(12, 200);
+    const std::string edge = Changed(read.substr(100), 60) + Bases(11, 50);
+    std::string seq = Bases(10, 160) + First(read, 40);
+    ASSERT_TRUE(BeforeCrossCheck(seq, Block({read}), edge, 0));
+    EXPECT_EQ(seq, Bases(10, 160) + First(read, 100));
+}
+
+TEST_F(BeforeCrossCheckTest, OverlapsMayTakeAllOfBothSequences) {
+    std::string seq = First(r, 40);
+    ASSERT_TRUE(BeforeCrossCheck(seq, Block({r}), Last(r, 40), 0));
+    EXPECT_EQ(seq, First(r, 60));
 }
 
 TEST_F(BeforeCrossCheckTest, TheFirstReadThatSpansDecides) {
@@ -294,6 +315,29 @@ TEST_F(AfterCrossCheckTest, TheGrownSequenceMayDifferMoreThanTheEdge) {
     EXPECT_FALSE(AfterCrossCheck(Changed(Edge(40), 148), Block({r}), seq, 100, 0));
 }
 
+TEST_F(AfterCrossCheckTest, NinetyNinePercentOfTheEdgeSuffice) {
+    // One change in 100 columns.
+    const std::string read = Bases(22, 200);
+    std::string seq = read.substr(160) + Bases(21, 160);
+    ASSERT_TRUE(AfterCrossCheck(Bases(20, 50) + Changed(First(read, 100), 60), Block({read}), seq, 200, 0));
+    EXPECT_EQ(seq, read.substr(100) + Bases(21, 160));
+}
+
+TEST_F(AfterCrossCheckTest, OverlapsMayTakeAllOfBothSequences) {
+    std::string seq = Last(r, 30);
+    ASSERT_TRUE(AfterCrossCheck(First(r, 40), Block({r}), seq, 100, 0));
+    EXPECT_EQ(seq, Last(r, 60));
+}
+
+TEST_F(AfterCrossCheckTest, TouchingSequencesStayAsTheyAre) {
+    std::string seq = Seq(50);
+    ASSERT_TRUE(AfterCrossCheck(Edge(50), Block({r}), seq, 100, 0));
+    EXPECT_EQ(seq, Seq(50));
+    EXPECT_EQ(Log(), "read cross the two sequence: " + r +
+                         "\n"
+                         "The two sequence have no overlap!\t0\t50\t50\n");
+}
+
 TEST_F(AfterCrossCheckTest, SequenceThatEqualsBothOverlapsVanishes) {
     // The first and the last 40 bases of a read of 60, and nothing of the sequence behind them.
     const std::string read = First(r, 60);
@@ -358,6 +402,15 @@ TEST_F(PassMinusCheckTest, OneEndAloneMustExceedNineTenths) {
     EXPECT_FALSE(pass_minus_check(left + Changed(shared, 36), shared + right, 40));
     EXPECT_TRUE(pass_minus_check(left + Changed(shared, 37), shared + right, 40));
     EXPECT_EQ(GetCapturedStderr(), "36\n37\n36\n37\n");
+}
+
+TEST_F(PassMinusCheckTest, EndsOfOneBaseMoreThanMinAlignAreSought) {
+    const std::string nine = First(shared, 9);
+    CaptureStderr();
+    EXPECT_TRUE(pass_minus_check(left + nine, nine + right, 9));
+    EXPECT_TRUE(pass_minus_check(nine, nine + right, 9));
+    EXPECT_FALSE(pass_minus_check(left + First(shared, 8), First(shared, 8) + right, 8));
+    EXPECT_EQ(GetCapturedStderr(), "9\n18\n9\n18\n");
 }
 
 TEST_F(PassMinusCheckTest, NoSharedEndFails) {

@@ -75,6 +75,7 @@ TEST_F(ConnectBeforeTest, UnclearOverlapBeyondTheOverhangLeavesItsExcessAsN) {
 
 TEST_F(ConnectBeforeTest, UnclearOverlapTooLongForTheSequenceStaysOpen) {
     EXPECT_EQ(connect_before(unclear, kThrice, 20, 0), Open(20));
+    EXPECT_EQ(Log(), "before read: " + unclear + "\noverlap with the before edge: -16\tMin8\n");
     // Overhang 30 and candidate 24 are more than the 40 bases.
     EXPECT_EQ(connect_before(unclear, kThrice + Bases(52, 16), 10, 0), Open(10));
     // With 54 bases they leave nothing.
@@ -89,6 +90,17 @@ TEST_F(ConnectBeforeTest, SequenceInsideTheEdgeMayBeMinus) {
 
 TEST_F(ConnectBeforeTest, SequenceThatIsAllOverlapGivesAnEmptyText) {
     EXPECT_EQ(connect_before(edge, Last(edge, 50), 20, 0), "");
+}
+
+TEST_F(ConnectBeforeTest, OverlapOfTheShortestLengthIsClear) {
+    const std::string seq2 = Bases(51, 60);
+    EXPECT_EQ(connect_before(First(seq2, 8), seq2, 30, 0), Last(seq2, 52));
+    EXPECT_EQ(NewLog(), "before read: " + First(seq2, 8) + "\noverlap with the before edge: 0\tMin8\n");
+    EXPECT_EQ(connect_before(edge, Last(edge, 8), 5, 0), "");
+}
+
+TEST_F(ConnectBeforeTest, SequenceOfTheGapsLengthIsTaken) {
+    EXPECT_EQ(connect_before(edge, Last(edge, 20) + Bases(51, 30), 50, 0), Bases(51, 30));
 }
 
 TEST_F(ConnectBeforeTest, SequenceShorterThanTheGapEndsTheProcess) {
@@ -147,6 +159,18 @@ TEST_F(ConnectAfterTest, SequenceThatIsAllOverlapMayBeMinus) {
     EXPECT_EQ(connect_after("A" + First(edge, 50), edge, 20, 0), "A");
 }
 
+TEST_F(ConnectAfterTest, OverlapOfTheShortestLengthIsClear) {
+    const std::string seq1 = Bases(61, 60);
+    EXPECT_EQ(connect_after(seq1, Last(seq1, 8), 30, 0), First(seq1, 52));
+    EXPECT_EQ(NewLog(), "connect with after edge\t0\t8\t\n");
+    EXPECT_EQ(connect_after(First(edge, 8), edge, 5, 0), Open(5));
+    EXPECT_EQ(NewLog(), "connect with after edge\t0\t8\t\nGap real size may be minus!\n");
+}
+
+TEST_F(ConnectAfterTest, SequenceOfTheGapsLengthIsTaken) {
+    EXPECT_EQ(connect_after(Bases(61, 30) + First(edge, 20), edge, 50, 0), Bases(61, 30));
+}
+
 TEST_F(ConnectAfterTest, SequenceShorterThanTheGapEndsTheProcess) {
     EXPECT_EXIT(connect_after("ACGT", "ACGTACGT", 6, 0), ExitedWithCode(255), "^$");
     EXPECT_EQ(Log(), "Decision Error!\t4\t6\n");
@@ -184,6 +208,27 @@ TEST_F(RewardCheckTest, OverlapBeyondTheExpansionMayBeMinus) {
     EXPECT_EQ(Run(80, true), after);
     EXPECT_FALSE(support);
     EXPECT_EQ(Log(), "Have overlap with after edge!\t50\ngapsize maybe minus.\n");
+}
+
+TEST_F(RewardCheckTest, OverlapOfTheWholeExpansionLeavesNothing) {
+    before = First(after_edge, 40);
+    after = Bases(74, 50);
+    EXPECT_EQ(Run(10), "");
+    EXPECT_TRUE(support);
+    EXPECT_EQ(NewLog(), "Have overlap with after edge!\t40\npass over check!\n");
+    after_edge = Bases(71, 60);
+    before = after_edge;
+    EXPECT_EQ(Run(80), "");
+    EXPECT_TRUE(support);
+    EXPECT_EQ(NewLog(), "Have overlap with after edge!\t60\nAccept the long overlap.\n");
+}
+
+TEST_F(RewardCheckTest, OverlapOfMinAlignBasesCounts) {
+    before = Bases(73, 80) + First(after_edge, 8);
+    after = Bases(74, 200);
+    EXPECT_EQ(Run(80), Bases(73, 80));
+    EXPECT_TRUE(support);
+    EXPECT_EQ(Log(), "Have overlap with after edge!\t8\npass over check!\n");
 }
 
 TEST_F(RewardCheckTest, TheSequenceNearerTheEstimateWinsAndATieGoesToTheRewardWalk) {
@@ -231,6 +276,24 @@ TEST_F(RewardCheckTest, ExpansionThatBeginsTheRewardWalkSupportsIt) {
     EXPECT_EQ(Run(80), after);
     EXPECT_FALSE(support);
     EXPECT_EQ(NewLog(), "before and after edge have no overlap.\n");
+}
+
+TEST_F(RewardCheckTest, SupportNeedsMoreThanNineTenths) {
+    // 19 changes in 200 bases are 0.905.
+    after = Bases(74, 220);
+    before = First(after, 200);
+    for (std::size_t place = 5; place < 195; place += 10) before = Changed(before, place);
+    EXPECT_EQ(Run(300), after);
+    EXPECT_TRUE(support);
+    EXPECT_EQ(Log(), "before and after edge have no overlap.\nbefore support!\n");
+}
+
+TEST_F(RewardCheckTest, ExpansionsOfOneLengthAreNotCompared) {
+    before = Bases(74, 60);
+    after = before;
+    EXPECT_EQ(Run(60), after);
+    EXPECT_FALSE(support);
+    EXPECT_EQ(Log(), "before and after edge have no overlap.\n");
 }
 
 TEST_F(RewardCheckTest, RewardWalkLosesWhatStandsAheadOfTheExpansion) {
@@ -300,6 +363,9 @@ TEST_F(LongCutTest, ShortAfterEdgeIsCutWithFewerThanTwoErrors) {
     EXPECT_EQ(Log(), "Begin long cut!\tinitial size: 100\nafter cut size: 50\n");
     const std::string two = inside + Changed(Changed(after, 20), 30);
     EXPECT_EQ(Cut(two, longedge, after), two);
+    // 64 bases, so that the two errors are reckoned exactly.
+    const std::string exact = Bases(82, 64) + Changed(Changed(Bases(81, 64), 20), 30);
+    EXPECT_EQ(Cut(exact, longedge, Bases(81, 64)), exact);
 }
 
 TEST_F(LongCutTest, AfterEdgeIsComparedFromTheOverlapsLengthOn) {
@@ -400,6 +466,7 @@ TEST(ClearnOrder, LoopGoesAndTheLaterPlaceStays) {
 
 TEST(ClearnOrder, LaterPlaceMayStartOneMoreLoop) {
     EXPECT_EQ(Cleaned({1, 5, 7, 5, 9, 5, 3}), (std::vector<int>{1, 5, 3}));
+    EXPECT_EQ(Cleaned({4, 4}), (std::vector<int>{4}));
     EXPECT_EQ(Cleaned({4, 4, 4}), (std::vector<int>{4}));
 }
 

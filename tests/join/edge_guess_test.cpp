@@ -57,6 +57,40 @@ TEST_F(CutSeqTest, ZeroGapAsksForMoreThanMinAlignBases) {
     EXPECT_EQ(Log(), OverlapLine(10) + kZeroLine + kTryLine + kUndecidedLine + kCutLine);
 }
 
+TEST_F(CutSeqTest, ZeroGapTakesNineBases) {
+    before = Bases(92, 20) + First(after_edge, 9);
+    after = Last(before_edge, 9) + Bases(93, 20);
+    EXPECT_EQ(Run(10), Bases(92, 20));
+}
+
+TEST_F(CutSeqTest, ZeroGapAsksForBothEdges) {
+    // Overlaps of 8 and of 20 bases, with rests that would agree.
+    before = Bases(92, 20) + First(after_edge, 8);
+    after = Last(before_edge, 20) + Bases(93, 20);
+    EXPECT_EQ(Run(10), First(before, 18) + Open(10) + Last(after, 30));
+}
+
+TEST_F(CutSeqTest, JoinAsksForMoreThanMinAlignBases) {
+    const std::string shared = Bases(94, 9);
+    before = Bases(92, 100) + First(shared, 8);
+    after = First(shared, 8) + Bases(93, 100);
+    EXPECT_EQ(Run(8), Bases(92, 100) + Open(8) + Bases(93, 100));
+    EXPECT_EQ(Log(), OverlapLine(8) + kTryLine + kUndecidedLine + kCutLine);
+    before = Bases(92, 100) + shared;
+    after = shared + Bases(93, 100);
+    EXPECT_EQ(Run(9), before + Bases(93, 100));
+}
+
+TEST_F(CutSeqTest, ExpansionsOfMinAlignBasesAreAligned) {
+    before = Bases(92, 8);
+    after = Bases(93, 8);
+    EXPECT_EQ(Run(2), First(before, 6) + Open(2) + Last(after, 6));
+    EXPECT_EQ(NewLog(), OverlapLine(2) + kZeroLine + kTryLine + kUndecidedLine + kCutLine);
+    after = Bases(93, 7);
+    EXPECT_EQ(Run(2), First(before, 6) + Open(2) + Last(after, 5));
+    EXPECT_EQ(NewLog(), OverlapLine(2) + kCutLine);
+}
+
 TEST_F(CutSeqTest, GapOfHundredFiftyIsNoZeroGap) {
     const std::string shared = Bases(94, 40);
     before = Bases(92, 60) + shared;
@@ -119,6 +153,10 @@ TEST_F(CutSeqTest, ConnectionMustReachMinOverlapBeyondTheGap) {
     after = Bases(93, 20);
     EXPECT_EQ(Run(50), First(before, 160) + Open(50) + after);
     EXPECT_EQ(Run(51), Bases(92, 150));
+    before = Bases(92, 20);
+    after = Last(before_edge, 60) + Bases(93, 150);
+    EXPECT_EQ(Run(50), before + Open(50) + Last(after, 160));
+    EXPECT_EQ(Run(51), Bases(93, 150));
 }
 
 TEST_F(CutSeqTest, UndecidedOverlapIsCutOffWhereItFits) {
@@ -132,6 +170,7 @@ TEST_F(CutSeqTest, UndecidedOverlapIsCutOffWhereItFits) {
     before = Bases(92, 60);
     after = Bases(93, 20);
     EXPECT_EQ(Run(30), First(before, 30) + Open(30) + after);
+    EXPECT_EQ(Run(20), First(before, 40) + Open(20));
     before = Bases(92, 20);
     EXPECT_EQ(Run(30), Open(10));
 }
@@ -165,6 +204,31 @@ TEST_F(CheckPossibleOverTest, ShortExpansionsStayApart) {
     after = Bases(93, 5);
     EXPECT_EQ(Run(80), before + Open(15) + after);
     EXPECT_EQ(Log(), "");
+}
+
+TEST_F(CheckPossibleOverTest, ExpansionsOfSixBasesAndOfHalfTheGapAreAligned) {
+    before = Bases(92, 6);
+    after = Bases(93, 60);
+    EXPECT_EQ(Run(100), before + Open(34) + after);
+    EXPECT_EQ(NewLog(), kExchangeLine);
+    before = Bases(92, 60);
+    after = Bases(93, 6);
+    EXPECT_EQ(Run(100), before + Open(34) + after);
+    EXPECT_EQ(NewLog(), kExchangeLine);
+    before = Bases(92, 60) + First(shared, 20);
+    after = First(shared, 20) + Bases(93, 20);
+    EXPECT_EQ(Run(240), before + Bases(93, 20));
+    EXPECT_EQ(Run(241), before + Open(121) + after);
+}
+
+TEST_F(CheckPossibleOverTest, OverlapOfMinAlignBasesCounts) {
+    before = Bases(92, 60) + First(shared, 8);
+    after = First(shared, 8) + Bases(93, 60);
+    EXPECT_EQ(Run(160), before + Bases(93, 60));
+    // In the wrong order too.
+    before = First(shared, 8) + Bases(92, 60);
+    after = Bases(93, 60) + First(shared, 8);
+    EXPECT_EQ(Run(140), First(shared, 8));
 }
 
 TEST_F(CheckPossibleOverTest, ExpansionsOfTheGapsLengthAreATenthApart) {
@@ -244,6 +308,11 @@ TEST_F(CheckPossibleAfterTest, ShortExpansionsAreFilledUp) {
     EXPECT_EQ(Check_possible_after("", "", 5, 0), Open(5));
 }
 
+TEST_F(CheckPossibleAfterTest, OverlapOfMinAlignBasesCounts) {
+    EXPECT_EQ(Check_possible_after(Bases(92, 60) + First(shared, 8), First(shared, 8) + Bases(93, 30), 90, 0),
+              Bases(92, 60));
+}
+
 TEST_F(CheckPossibleAfterTest, LongGapAsksForHalfOfIt) {
     const std::string before = Bases(92, 111) + shared;
     const std::string after = shared + Bases(93, 30);
@@ -276,6 +345,11 @@ TEST_F(CheckPossibleBeforeTest, LessThanThreeTenthsIsFilledUp) {
 TEST_F(CheckPossibleBeforeTest, ShortExpansionsAreFilledUp) {
     EXPECT_EQ(Check_possible_before(Bases(92, 30), "ACGTACG", 20, 0), Open(13) + "ACGTACG");
     EXPECT_EQ(Check_possible_before("ACGTACG", Bases(93, 30), 40, 0), Open(10) + Bases(93, 30));
+}
+
+TEST_F(CheckPossibleBeforeTest, OverlapOfMinAlignBasesCounts) {
+    EXPECT_EQ(Check_possible_before(Bases(92, 30) + First(shared, 8), First(shared, 8) + Bases(93, 60), 90, 0),
+              Bases(93, 60));
 }
 
 TEST_F(CheckPossibleBeforeTest, LongGapAsksForHalfOfIt) {
