@@ -37,20 +37,20 @@ struct ShortJoin {
 
     std::string tmp1{};  ///< edge0 and what of `before` is in use
     std::string tmp2{};  ///< what of `after` is in use, and edge1
-    int match = 0;       ///< of the last alignment
 
     std::ofstream& log() const { return logFile[threadId]; }
     std::string open() const { return Ns(gapsize); }
     int sum() const { return Len(before) + Len(after); }
     int used1() const { return Len(tmp1) - Len(edge0); }
     int used2() const { return Len(tmp2) - Len(edge1); }
-    /// @return whether the two overlap by `over` bases
-    bool Aligns(const std::string& left, const std::string& right, int& over) {
-        match = align_connect(left, right, min_align);
-        over = min_align + match;
-        return match >= 0;
-    }
 };
+
+/// Whether the end of `left` overlaps the start of `right`, and by how many bases.
+bool Aligns(const std::string& left, const std::string& right, int& over) {
+    const int match = align_connect(left, right, min_align);
+    over = min_align + match;
+    return match >= 0;
+}
 
 /// The sequences overlap past each other: the gap stays open, and its negative size is told.
 std::string Minus(ShortJoin& s, int size, const char* message = "real gap size may be minus!\t") {
@@ -62,7 +62,7 @@ std::string Minus(ShortJoin& s, int size, const char* message = "real gap size m
 Answer DirectOverlap(ShortJoin& s) {
     s.log() << "Direct align: \n";
     int over = 0;
-    if (!s.Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
+    if (!Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
     s.log() << "Have overlap: " << over << "\tbefore size: " << s.before.size() << "\tafter size: " << s.after.size()
             << '\n';
     if (over <= Len(s.after)) return s.before + From(s.after, over);
@@ -124,7 +124,7 @@ Answer BeforeReachesAfter(ShortJoin& s) {
         return From(s.after, ids);
     }
     int over = 0;
-    if (!s.Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
+    if (!Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
     s.log() << "have overlap with after : " << over << '\n';
     if (Answer answer = OverlapOfBoth(s, over)) return answer;
     if (over > s.used1()) {
@@ -145,7 +145,7 @@ Answer AfterReachesBefore(ShortJoin& s) {
         return WithoutLast(s.before, dis);
     }
     int over = 0;
-    if (!s.Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
+    if (!Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
     s.log() << "have overlap with before: " << over << '\n';
     if (Answer answer = OverlapOfBoth(s, over)) return answer;
     if (over > s.used2()) {
@@ -164,7 +164,7 @@ Answer BeforeReachesEdge(ShortJoin& s) {
         return From(s.tmp1, Len(s.edge0));
     }
     int over = 0;
-    if (!s.Aligns(s.tmp1, s.edge1, over)) return std::nullopt;
+    if (!Aligns(s.tmp1, s.edge1, over)) return std::nullopt;
     s.log() << "have overlap with after edge: " << over << '\n';
     if (over > s.used1()) return Minus(s, s.used1() - over);
     return WithoutLast(From(s.tmp1, Len(s.edge0)), over);
@@ -178,7 +178,7 @@ Answer AfterReachesEdge(ShortJoin& s) {
         return WithoutLast(s.tmp2, Len(s.edge1));
     }
     int over = 0;
-    if (!s.Aligns(s.edge0, s.tmp2, over)) return std::nullopt;
+    if (!Aligns(s.edge0, s.tmp2, over)) return std::nullopt;
     s.log() << "have overlap with before edge: " << over << '\n';
     if (over > s.used2()) return Minus(s, s.used2() - over);
     return WithoutLast(From(s.tmp2, over), Len(s.edge1));
