@@ -135,7 +135,7 @@ void JoinToBeforeEdge(const std::string& edge, std::string& after) {
             return;
         }
     }
-    after.insert(0, "N");
+    after.insert(after.begin(), 'N');
 }
 
 /// The twin for the after edge; differs on purpose in that it logs the match.

@@ -17,9 +17,8 @@ inline std::string Bases(unsigned number, int length) {
 }
 
 /// The sequence with another base in one place.
-inline std::string Changed(std::string seq, std::size_t place) {
-    seq.at(place) = seq.at(place) == 'A' ? 'C' : 'A';
-    return seq;
+inline std::string Changed(const std::string& seq, std::size_t place) {
+    return seq.substr(0, place) + (seq.at(place) == 'A' ? 'C' : 'A') + seq.substr(place + 1);
 }
 
 inline std::string First(const std::string& seq, std::size_t count) {

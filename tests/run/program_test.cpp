@@ -49,10 +49,10 @@ class Program : public testing::ThreadStreamsTest {
                Out() + " " + options;
     }
     testing::ProgramResult Run(const std::string& options = "") const {
-        return testing::RunCommand(Command(options), Directory());
+        return testing::RunCommand("exec " + Command(options), Directory());
     }
     testing::ProgramResult RunBare(const std::string& arguments) const {
-        return testing::RunCommand(std::string(LINTARA_PROGRAM) + " " + arguments, Directory());
+        return testing::RunCommand("exec " + std::string(LINTARA_PROGRAM) + " " + arguments, Directory());
     }
 
     /// The error stream with its clock readings blanked.
@@ -293,8 +293,8 @@ TEST_F(Program, ClosedPipeIsReported) {
 
 TEST_F(Program, OutputFileThatCannotGrowIsReported) {
     // A file size limit of zero blocks stands for a full disk; the captured streams are pipes and not bound by it.
-    const testing::ProgramResult result =
-        testing::RunCommand("{ (ulimit -f 0; " + Command() + " 2>&1 | cat; exit ${PIPESTATUS[0]}); }", Directory());
+    const testing::ProgramResult result = testing::RunCommand(
+        "{ (ulimit -f 0; exec " + Command() + " 2>&1) | cat; exit ${PIPESTATUS[0]}; }", Directory());
     EXPECT_EQ(result.status, 1);
     const std::string last = "\nFailed to write " + Out() + "/Log/log.thread1\n";
     ASSERT_GE(result.out.size(), last.size());

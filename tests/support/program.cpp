@@ -8,7 +8,6 @@
 namespace lintara::testing {
 
 ProgramResult RunCommand(const std::string& command, const std::string& directory) {
-    // exec, so that bash does not stand between the program's end and its status.
     const std::string line = command + " >" + directory + "/captured.out 2>" + directory + "/captured.err";
     const pid_t child = fork();
     if (child == 0) {

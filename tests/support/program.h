@@ -11,7 +11,7 @@ struct ProgramResult {
     std::string err;
 };
 
-/// Runs a command line through bash.
+/// Runs a command line through bash. With "exec " in front of it, the status is that of the program itself.
 ///
 /// @param directory  where the captured texts are put while it runs
 ProgramResult RunCommand(const std::string& command, const std::string& directory);
