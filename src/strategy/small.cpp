@@ -179,7 +179,7 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
         seq = AssembleSmallBlock(reads, gapsize, read, threadId);
     }
     // A gap of one N can't grow into a half-filled pair.
-    if (seq.size() == 2 && gap.gap_length == 1 && n_num(seq) > 0) seq = "N";
+    if (seq.size() == 2 && gap.gap_length == 1 && n_num(seq) > 0) seq = OpenGap(1);
     return seq;
 }
 

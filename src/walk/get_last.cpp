@@ -301,7 +301,7 @@ Next BeforeEdgeClean(int start, int& last, Ladder& ladder) {
     return EdgeClean(start, last, ladder, Recheck::PassOrRatio, Report::No);
 }
 
-/// Also measures the candidates by how much of them start covers, unless the max step has left most against its pick.
+/// Also measures the candidates by how much of them start covers, unless the max step has failed with some in favour.
 Next CoverStep(int start, int& last, Ladder& ladder) {
     if (ladder.cycle && ladder.ratio <= 0.9) return Next::Turn;
     ladder.ratiodrop = true;
