@@ -145,9 +145,11 @@ int Sum(const int* counter) {
 
 /// fillNum as a percentage of totalGapNum with two decimals, cut and not rounded.
 double FillGapRatio(int fillNum, int totalGapNum) {
-    // What the conversion of an infinite quotient gives on this platform.
-    if (totalGapNum == 0) return std::numeric_limits<int>::min() / 100.0;
-    return static_cast<int>(fillNum * 10000.0 / totalGapNum) / 100.0;
+    // What the conversion to int gives on this platform for an infinite quotient, and for one beyond its range.
+    const double beyond = std::numeric_limits<int>::min() / 100.0;
+    if (totalGapNum == 0) return beyond;
+    const double ratio = fillNum * 10000.0 / totalGapNum;
+    return ratio < 2147483648.0 ? static_cast<int>(ratio) / 100.0 : beyond;
 }
 
 /// The quotient is an integer one: 0 with fullFillNum below fillNum, 100 when every filled gap is full.

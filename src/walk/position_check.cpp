@@ -67,7 +67,7 @@ Unaccepted Gather(const std::vector<int>& accept, int pick, const std::vector<Re
 template <typename Test>
 bool WitnessesAgainstPick(const std::string& over_seq, const std::vector<int>& accept, const std::vector<Read>& reads,
                           Test witness) {
-    // A cell of the edge can be longer than the read, which leaves no stretch and so nobody to speak for the pick.
+    // Only a cell longer than its read leaves no stretch; nobody then speaks for the pick.
     if (over_seq.empty()) return true;
     bool check = false;
     for (int b : accept) {

@@ -179,6 +179,7 @@ void ReplaceStepsReward(WalkState& w, int& end) {
         w.CollectLeft(prev);
         clean_accept(w.accept, w.matrix, w.threadId);
         if (w.candidates() == 1) {
+            // The candidate stands in the place of the read walked from, the other way round from every other call.
             if (RewardPosCheck(w.accept[0], prev, w.reads, w.matrix)) {
                 end = w.accept[0];
             } else {

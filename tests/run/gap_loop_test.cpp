@@ -62,6 +62,20 @@ class GapLoop : public testing::ThreadStreamsTest {
         for (std::size_t i = 0; i < reads.size(); ++i) gap.reads[i] = reads[i];
     }
 
+    /// Gives gap 0 reads of 100 bases that begin in the genome from first to last in steps of step, with their places
+    /// on the gap's axis; the before contig is what the genome begins with.
+    void GiveTiles(int id, int gap_length, const std::string& genome, int first, int last, int step) {
+        std::vector<std::string> reads;
+        for (int from = first; from <= last; from += step) {
+            reads.push_back(genome.substr(static_cast<std::size_t>(from), 100));
+        }
+        GiveReads(0, id, gap_length, reads);
+        const int before_size = static_cast<int>(scaffold_.contigs[0].size());
+        for (std::size_t i = 0; i < reads.size(); ++i) {
+            scaffold_.gaps[0].position[i] = first + static_cast<int>(i) * step - before_size;
+        }
+    }
+
     /// Treats the scaffold as number 9. @return what came on the standard output
     std::string Fill() {
         texts_.clear();
@@ -121,6 +135,35 @@ TEST_F(GapLoop, MinusGapReportsItsOverlapAndFillsNoBase) {
     EXPECT_EQ(Fill(), ">gap4\t-50\t1\tscaffold9\t0\t200\t250\n\n");
     EXPECT_EQ(Counts(), (std::vector<int>{1, 1, 0, 1, 0, 1}));
     EXPECT_EQ(scaffold_.contigs[0] + texts_[0] + scaffold_.contigs[1], genome);
+}
+
+TEST_F(GapLoop, MiddleGapOfOverlappingEdgesIsAMinusGapToo) {
+    // The contigs share 50 bases where 120 were estimated to lie between them, and each read holds all of the 50.
+    const std::string genome = RandomBases(1100, 7);
+    Build({genome.substr(0, 500), genome.substr(450)}, 120);
+    GiveTiles(4, 120, genome, 402, 446, 4);
+    EXPECT_EQ(Fill(), ">gap4\t-50\t120\tscaffold9\t0\t450\t650\n\n");
+    EXPECT_EQ(Counts(), (std::vector<int>{1, 120, 0, 1, 0, 1}));
+    EXPECT_EQ(scaffold_.contigs[0] + texts_[0] + scaffold_.contigs[1], genome);
+}
+
+TEST_F(GapLoop, PartlyFilledGapCountsItsBasesAndIsNotFull) {
+    // The last read begins 54 bases into the gap and so ends with base 154.
+    const std::string genome = RandomBases(1300, 8);
+    Build({genome.substr(0, 500), genome.substr(800)}, 300);
+    GiveTiles(4, 300, genome, 410, 554, 6);
+    const std::string text = genome.substr(500, 154) + std::string(146, 'N');
+    EXPECT_EQ(Fill(), ">gap4\t300\t300\tscaffold9\t0\t500\t500\n" + text + "\n");
+    EXPECT_EQ(Counts(), (std::vector<int>{1, 300, 0, 1, 154, 0}));
+}
+
+TEST_F(GapLoop, FilledGapReportsTheLengthOfItsText) {
+    // Estimated 20 bases too long: the record tells the real length first.
+    const std::string genome = RandomBases(1300, 9);
+    Build({genome.substr(0, 500), genome.substr(800)}, 320);
+    GiveTiles(4, 320, genome, 410, 794, 6);
+    EXPECT_EQ(Fill(), ">gap4\t300\t320\tscaffold9\t0\t500\t500\n" + genome.substr(500, 300) + "\n");
+    EXPECT_EQ(Counts(), (std::vector<int>{1, 320, 0, 1, 300, 1}));
 }
 
 TEST_F(GapLoop, GapWithoutReadsKeepsItsN) {

@@ -165,6 +165,40 @@ TEST_F(Program, WholeRunPrintsItsProgressAndTable) {
               "Treat with scaffold 2 and 0 gaps in the scaffold\nScaffold 2 finished!\nThread 1 exits.\n");
 }
 
+TEST_F(Program, RatiosOfTheTableAreCutToTwoDecimals) {
+    // Two gaps of overlapping contigs that one useless read each makes gaps with reads, and one that stays open.
+    const std::string other = RandomBases(450, 2);
+    Write("contig.fa", ">scaffold1_0\t0\n" + merged_.substr(0, 250) + "\n>scaffold1_1\t1\n" + merged_.substr(200) +
+                           "\n>scaffold2_0\t0\n" + other.substr(0, 250) + "\n>scaffold2_1\t1\n" + other.substr(200) +
+                           "\n>scaffold3_0\t0\nACGTACGT\n>scaffold3_1\t20\nGGGGCCCC\n");
+    Write("gap.fa", ">5\t1\t0\t1\t0\nACGTAC\n>6\t1\t0\t2\t0\nACGTAC\n>7\t20\t0\t3\t0\nACGTAC\n");
+    const testing::ProgramResult result = Run();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.err.find("\tunfullfillNum\n3\t22\t0\t2\t66.66\t0\t2\t100\t1\n"), std::string::npos) << result.err;
+}
+
+TEST_F(Program, ShareOfFullGapsIsZeroWhenOneIsNotFull) {
+    // Behind the merge a gap of 300 bases whose reads end with base 154 of it.
+    const std::string genome = RandomBases(1300, 8);
+    Write("contig.fa", ">scaffold1_0\t0\n" + merged_.substr(0, 250) + "\n>scaffold1_1\t1\n" + merged_.substr(200) +
+                           "\n>scaffold2_0\t0\n" + genome.substr(0, 500) + "\n>scaffold2_1\t300\n" +
+                           genome.substr(800) + "\n");
+    std::string gaps;
+    for (int from = 410; from <= 554; from += 6) {
+        gaps += ">5\t300\t" + std::to_string(from - 500) + "\t2\t0\n" +
+                genome.substr(static_cast<std::size_t>(from), 100) + "\n";
+    }
+    Write("gap.fa", gaps);
+    const testing::ProgramResult result = Run();
+    EXPECT_EQ(result.status, 0);
+    // The merge without reads counts as filled, though not as a gap: two of one is 200 percent.
+    EXPECT_NE(result.err.find("\tunfullfillNum\n1\t300\t1\t2\t200\t155\t1\t0\t0\n"), std::string::npos) << result.err;
+    std::string filled = genome.substr(500, 154);
+    for (char& c : filled) c = static_cast<char>(c - 'A' + 'a');
+    EXPECT_EQ(OutText("/FilledScaf/seq.thread1"), ">scaffold1\n" + merged_ + "\n>scaffold2\n" + genome.substr(0, 500) +
+                                                      filled + std::string(146, 'N') + genome.substr(800) + "\n");
+}
+
 TEST_F(Program, NothingFilledEndsByArithmeticFaultWithOutputsComplete) {
     Write("contig.fa", ">scaffold1_0\t0\nACGTACGT\n>scaffold1_1\t4\nGGGGCCCC\n");
     const testing::ProgramResult result = Run();
@@ -193,8 +227,22 @@ TEST_F(Program, OutputDirectoryMustExist) {
     EXPECT_NE(result.err.find("Failed to create directory: " + Out() + "/FilledScaf\n"), std::string::npos);
 }
 
+TEST_F(Program, TheFirstSubDirectoryThatFailsIsNamed) {
+    for (const char* name : {"/Log", "/Snp"}) {
+        std::filesystem::remove_all(Out());
+        std::filesystem::create_directories(Out() + name);
+        const testing::ProgramResult result = Run();
+        EXPECT_EQ(result.status, 2);
+        const std::string last = "Failed to create directory: " + Out() + name + "\n";
+        ASSERT_GE(result.err.size(), last.size());
+        EXPECT_EQ(result.err.substr(result.err.size() - last.size()), last);
+    }
+}
+
 TEST_F(Program, FilesThatCannotBeOpenedEndTheRun) {
-    const testing::ProgramResult result = testing::RunCommand("ulimit -n 12; " + Command("-t 20"), Directory());
+    // The leak check of an instrumented build needs files of its own when the process ends.
+    const testing::ProgramResult result =
+        testing::RunCommand("ulimit -n 12; ASAN_OPTIONS=detect_leaks=0 " + Command("-t 20"), Directory());
     EXPECT_EQ(result.status, 1);
     const std::string last = "Can't open output files!\n";
     EXPECT_EQ(result.err.substr(result.err.size() - last.size()), last);
@@ -235,6 +283,26 @@ TEST_F(Program, SelectedGapEndsTheRunAfterItsScaffold) {
     const std::string log = OutText("/Log/log.thread1");
     const std::string last = "Scaffold 1 finished!\nThread 1 exits.\n";
     EXPECT_EQ(log.substr(log.size() - last.size()), last);
+}
+
+TEST_F(Program, ScaffoldZeroIsPassedOver) {
+    // Its contig stands in the place of the other scaffold's, which is written once and under its own id.
+    Write("contig.fa", ">scaffold4_0\t0\nAAAA\n>scaffold0_0\t7\nGGGGG\n");
+    EXPECT_EQ(Run().status, -SIGFPE);
+    EXPECT_EQ(OutText("/FilledScaf/seq.thread1"), ">Scaffold4\t5\nGGGGG\n");
+    EXPECT_EQ(OutText("/Log/log.thread1"),
+              "Start to fill the gaps by thread 0\nTreat with scaffold 4 and 0 gaps in the scaffold\n"
+              "Scaffold 4 finished!\nThread 1 exits.\n");
+}
+
+TEST_F(Program, UnknownScaffoldIdHasTheFirstScaffoldTreatedTwice) {
+    Write("contig.fa", ">scaffold1_0\t0\nACGTACGT\n>scaffold1_1\t4\nGGGGCCCC\n");
+    Write("gap.fa", ">5\t4\t0\t77\t0\nACGTAC\n");
+    const testing::ProgramResult result = Run();
+    EXPECT_EQ(result.status, -SIGFPE);
+    EXPECT_EQ(result.out, ">gap5\t4\t4\tscaffold1\t0\t8\t8\nNNNN\n>gap5\t4\t4\tscaffold77\t0\t8\t8\nNNNN\n");
+    EXPECT_EQ(OutText("/FilledScaf/seq.thread1"),
+              ">scaffold1\nACGTACGTNNNNGGGGCCCC\n>scaffold77\nACGTACGTNNNNGGGGCCCC\n");
 }
 
 TEST_F(Program, IdsThatShareAScaffoldAreTreatedInTurn) {

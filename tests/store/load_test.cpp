@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <random>
 #include <string>
 
 #include "support/thread_streams.h"
@@ -115,6 +117,51 @@ TEST_F(Load, CompressedCopyGivesTheSameRecords) {
     EXPECT_EQ(store_[1].gaps[0].reads[0], "ACGTACGT");
     EXPECT_EQ(store_[0].gaps[1].reads[0], "GG");
     EXPECT_EQ(store_[0].gaps[1].position[0], 9);
+}
+
+TEST_F(Load, CutCompressedFileEndsAtTheDamage) {
+    WriteContigs(kTwoScaffolds);
+    gzFile file = gzopen(gaps_.c_str(), "wb");
+    std::mt19937 random(3);
+    for (int i = 0; i < 3000; ++i) {
+        std::string record = ">12\t25\t" + std::to_string(i) + "\t7\t0\n";
+        for (int k = 0; k < 100; ++k) record += "ACGT"[random() % 4];
+        record += '\n';
+        gzwrite(file, record.data(), static_cast<unsigned>(record.size()));
+    }
+    gzclose(file);
+    std::filesystem::resize_file(gaps_, std::filesystem::file_size(gaps_) / 2);
+    const std::string said = LoadBoth();
+    EXPECT_NE(said.find("gap file load finished!\n"), std::string::npos);
+    const Gap& gap = store_[1].gaps[0];
+    EXPECT_GT(gap.greadSum, 100U);
+    EXPECT_LT(gap.greadSum, 3000U);
+    for (int i = 0; i + 1 < static_cast<int>(gap.greadSum); ++i) {
+        ASSERT_EQ(gap.position[i], i);
+        ASSERT_EQ(gap.reads[i].size(), 100U);
+    }
+}
+
+TEST_F(Load, ReadOfTwoTrailingNonBasesLosesOne) {
+    WriteContigs(kTwoScaffolds);
+    WriteGaps(">1\t25\t0\t7\t0\nACGT**\n>1\t25\t0\t7\t0\nACGT*N\n>1\t25\t0\t7\t0\nACGT \r\n");
+    LoadBoth();
+    EXPECT_EQ(store_[1].gaps[0].reads[0], "ACGT*");
+    EXPECT_EQ(store_[1].gaps[0].reads[1], "ACGT*N");
+    EXPECT_EQ(store_[1].gaps[0].reads[2], "ACGT ");
+}
+
+TEST_F(Load, CountsComeFirst) {
+    WriteContigs(kTwoScaffolds);
+    WriteGaps(">12\t25\t0\t7\t0\nACGT\n>5\t40\t0\t3\t1\nGG\n>12\t25\t0\t7\t0\nACGT\n");
+    std::map<int, int> counts;
+    Loadgapnum(gaps_, counts);
+    EXPECT_EQ(counts, (std::map<int, int>{{5, 1}, {12, 2}}));
+    Loadcontignum(contigs_, store_, ids_);
+    EXPECT_EQ(ids_, (std::map<int, int>{{3, 0}, {7, 1}}));
+    EXPECT_EQ(store_[0].gapSum, 2U);
+    EXPECT_EQ(store_[1].gapSum, 1U);
+    EXPECT_EQ(store_[0].contigs[2], "") << "no sequence is kept yet";
 }
 
 TEST_F(Load, EmptyGapFileIsNoError) {

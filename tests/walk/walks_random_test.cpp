@@ -209,8 +209,8 @@ TEST_F(WalksRandom, ForwardDoesWhatItsPlainTwinDoes) {
 
 TEST_F(WalksRandom, RewardDoesWhatItsPlainTwinDoes) {
     Await({"end repeat exists in the nodes!", "After ER!", "Position filter all!", "change other node!\t",
-           "change other node!\n", "cycle node!", "Get a new end: ", "Get a new end ", " for id: ",
-           "new end is meaningless", "change the node!", "change node is useless"});
+           "change other node!\n", "cycle node!", "Get a new end: ", "Get a new end ",
+           " for id: ", "new end is meaningless", "change the node!", "change node is useless"});
     for (int round = 0; round < kRounds; ++round) {
         const RandomBlock block = MakeBlock();
         const auto num = static_cast<std::uint16_t>(block.Num());

@@ -346,7 +346,8 @@ TEST_F(ForwardWalk, NoStepIsReplacedInAGapUpToTheReadLength) {
 }
 
 TEST_F(ForwardWalk, ShortOverlapsKeepTheStep) {
-    // Three unlinked candidates of less than half a read: the clean leaves two, so the third is linked with one.
+    // Three candidates of less than half a read, linked by too little to agree; without any link the clean would go
+    // down to two, and two are never short.
     Build(6);
     Link(0, 1, 60);
     for (int i = 2; i <= 4; ++i) Link(1, i, 36 + i);
@@ -519,11 +520,10 @@ TEST_F(ForwardWalk, OtherThatLeadsNowhereIsLeftAlone) {
     Place(1, -50);
     EXPECT_TRUE(Forward());
     EXPECT_EQ(path_, (Path{0, 1}));
-    EXPECT_EQ(Log(),
-              ForwardLog(Clean(2) + Right(0, 2, -100) +
-                             "un accept num: 1\tratio: 1\nAfter full match drop: 2\tchangenode: 0\n" + Agreed() +
-                             Clean(0) + "change other node!\nnew start accept size: 0\n",
-                         2));
+    EXPECT_EQ(Log(), ForwardLog(Clean(2) + Right(0, 2, -100) +
+                                    "un accept num: 1\tratio: 1\nAfter full match drop: 2\tchangenode: 0\n" + Agreed() +
+                                    Clean(0) + "change other node!\nnew start accept size: 0\n",
+                                2));
 }
 
 TEST_F(ForwardWalk, DeadEndFarAlongTheGapIsTheEnd) {
@@ -541,8 +541,7 @@ TEST_F(ForwardWalk, DeadEndFarAlongTheGapIsTheEnd) {
         const std::string back = gap_length < 280 ? ""
                                                   : "change other node!\nnew start accept size: 1\n"
                                                     "new start is meaningless, not change the node\n";
-        EXPECT_EQ(NewLog(),
-                  ForwardLog(Clean(1) + Clean(2) + Right(1, 2, -60) + Agreed() + Clean(0) + back, 3))
+        EXPECT_EQ(NewLog(), ForwardLog(Clean(1) + Clean(2) + Right(1, 2, -60) + Agreed() + Clean(0) + back, 3))
             << gap_length;
     }
 }
@@ -729,8 +728,7 @@ TEST_F(RewardWalk, NoPickOfTwoCountsAsReadsRunOut) {
     Link(2, 3, 30);
     Place(3, 960);
     EXPECT_TRUE(Reward());
-    EXPECT_EQ(Log(),
-              RewardLog(Clean(1) + Clean(2) + "short over check!\nNot short over! 2\nget end -1\n", 2, 1));
+    EXPECT_EQ(Log(), RewardLog(Clean(1) + Clean(2) + "short over check!\nNot short over! 2\nget end -1\n", 2, 1));
 }
 
 TEST_F(RewardWalk, NoPickOfThreeIsARefusal) {
@@ -740,8 +738,8 @@ TEST_F(RewardWalk, NoPickOfThreeIsARefusal) {
     Link(2, 3, 60);
     EXPECT_FALSE(Reward());
     EXPECT_EQ(path_, (Path{4}));
-    EXPECT_EQ(Log(), RewardLog(Clean(3) + "short over check!\nIs short over! \nAfter short over drop: 3\nget end -1\n",
-                               1, 0));
+    EXPECT_EQ(Log(),
+              RewardLog(Clean(3) + "short over check!\nIs short over! \nAfter short over drop: 3\nget end -1\n", 1, 0));
 }
 
 TEST_F(RewardWalk, NoStepIsReplacedInAGapUpToTheReadLength) {
@@ -771,8 +769,8 @@ TEST_F(RewardWalk, ShortOverlapsKeepTheStep) {
     Build(6);
     Link(4, 5, 60);
     for (int i = 1; i <= 3; ++i) Link(i, 4, 37 + i);
-    Link(1, 3, 10);
-    Link(2, 3, 10);
+    Link(3, 1, 10);
+    Link(3, 2, 10);
     Place(4, 960);
     EXPECT_FALSE(Reward());
     EXPECT_EQ(path_, (Path{5, 4}));
@@ -783,7 +781,8 @@ TEST_F(RewardWalk, ShortOverlapsKeepTheStep) {
                                2, 0));
 }
 
-/// Read 5 leads nowhere that agrees, and read 4 is the one read in its place.
+/// Read 5 leads nowhere that agrees, and read 4 is the one read in its place. Its position is checked the other way
+/// round: read 6, the end of the path, has to stand where its own overlap with read 4 on its right says.
 class RewardReplacement : public Walks {
   protected:
     void BuildReplacement() {
@@ -794,16 +793,17 @@ class RewardReplacement : public Walks {
         Link(5, 4, 70);
         Link(1, 5, 40);
         Link(2, 5, 70);
+        Link(6, 4, 29);
         Place(6, 960);
-        Place(5, 900);
+        Place(5, 930);
     }
     static std::string ToReadFive() { return Clean(1) + Clean(2) + Left(6, 2, 960) + Agreed() + "get end 5\n"; }
-    static std::string Replaced() { return Clean(2) + Left(5, 2, 900) + Refused() + "get end -1\ncycle node!\n"; }
+    static std::string Replaced() { return Clean(2) + Left(5, 2, 930) + Refused() + "get end -1\ncycle node!\n"; }
 };
 
 TEST_F(RewardReplacement, OneOtherInItsPositionIsTaken) {
     BuildReplacement();
-    Place(4, 930);
+    Place(4, 1000);  // read 6 at 929, give or take half a read
     EXPECT_TRUE(Reward());
     // Read 4 leads to read 5 once more, and that step is barred, too.
     EXPECT_EQ(path_, (Path{7, 6, 4}));
@@ -815,12 +815,13 @@ TEST_F(RewardReplacement, OneOtherInItsPositionIsTaken) {
 
 TEST_F(RewardReplacement, OneOtherOutOfPositionHasTheNextStepReplaced) {
     BuildReplacement();
-    Place(4, 800);
+    Place(4, 931);  // read 6 at 860
     EXPECT_FALSE(Reward());
-    EXPECT_EQ(path_, (Path{7, 6}));
+    // Without a link from the after edge back to read 6, that is out of position in its turn.
+    EXPECT_EQ(path_, (Path{7}));
     EXPECT_EQ(Cell(5, 6), 0);
     EXPECT_EQ(Cell(6, 7), 60) << "barred is the step from the first read taken back, which there is none of";
-    EXPECT_EQ(Log(), RewardLog(ToReadFive() + Replaced() + Clean(1) + "cycle node!\n" + Clean(1) + Clean(1), 2, 0));
+    EXPECT_EQ(Log(), RewardLog(ToReadFive() + Replaced() + Clean(1) + "cycle node!\n" + Clean(1), 1, 0));
 }
 
 TEST_F(RewardReplacement, SeveralOthersThatDisagreeHaveTheNextStepReplaced) {
@@ -829,12 +830,10 @@ TEST_F(RewardReplacement, SeveralOthersThatDisagreeHaveTheNextStepReplaced) {
     Link(3, 6, 80);
     Link(5, 3, 60);
     EXPECT_FALSE(Reward());
-    EXPECT_EQ(path_, (Path{7, 6}));
-    const std::string others = Left(6, 2, 960) + Refused();
+    EXPECT_EQ(path_, (Path{7}));
     EXPECT_EQ(Log(), RewardLog(Clean(1) + Clean(3) + Left(6, 3, 960) + Agreed() + "get end 5\n" + Replaced() +
-                                   Clean(2) + others + "cycle node!\n" + Clean(1) + Clean(2) + others +
-                                   "get end -1\ncycle node!\n" + Clean(0),
-                               1, 1));
+                                   Clean(2) + Left(6, 2, 960) + Refused() + "cycle node!\n" + Clean(1),
+                               1, 0));
 }
 
 // ---- to the left: a dead end ---------------------------------------------------------------------------------------
@@ -955,12 +954,8 @@ class RewardBranch : public Walks {
         Link(5, 1, 60);
         Place(5, Pos(1) - 40);
     }
-    std::string ToReadOne() const {
-        return Clean(4) + Left(7, 4, Pos(7)) + Agreed() + "get end 1\n" + Clean(1);
-    }
-    std::string Tried() const {
-        return "change other node!\naccept size: 3 for id: 7\n" + Left(7, 3, Pos(7));
-    }
+    std::string ToReadOne() const { return Clean(4) + Left(7, 4, Pos(7)) + Agreed() + "get end 1\n" + Clean(1); }
+    std::string Tried() const { return "change other node!\naccept size: 3 for id: 7\n" + Left(7, 3, Pos(7)); }
 };
 
 TEST_F(RewardBranch, WithoutAPickTheSingleStepNeedsNoPosition) {
@@ -993,11 +988,11 @@ TEST_F(RewardBranch, BranchWithMoreCandidatesTakesThePlace) {
     EXPECT_EQ(Cell(1, 7), 0);
     EXPECT_EQ(Cell(2, 7), 0);
     // Read 2 fails in its turn, since its candidates disagree, and so do those that are left behind read 7.
-    EXPECT_EQ(Log(), RewardLog(ToReadOne() + Tried() + Agreed() +
-                                   "Get a new end 2\nnew end accept size: 2\nchange the node!\n" + Clean(2) +
-                                   Left(2, 2, 950) + Refused() + "get end -1\ncycle node!\n" + Clean(2) +
-                                   Left(7, 2, 1000) + Refused(),
-                               1, 0));
+    EXPECT_EQ(Log(),
+              RewardLog(ToReadOne() + Tried() + Agreed() +
+                            "Get a new end 2\nnew end accept size: 2\nchange the node!\n" + Clean(2) + Left(2, 2, 950) +
+                            Refused() + "get end -1\ncycle node!\n" + Clean(2) + Left(7, 2, 1000) + Refused(),
+                        1, 0));
 }
 
 TEST_F(RewardBranch, OthersAreCleanedByThePositionOfTheRead) {
@@ -1024,8 +1019,7 @@ TEST_F(RewardBranch, FarAlongTheGapItIsTriedNextToTheEdgeOnly) {
         for (const bool lead : {false, true}) {
             BuildBranch(lead, gap_length, false);
             Reward();
-            EXPECT_EQ(NewLog().find(Tried()) != std::string::npos, gap_length == kGap || !lead)
-                << gap_length << lead;
+            EXPECT_EQ(NewLog().find(Tried()) != std::string::npos, gap_length == kGap || !lead) << gap_length << lead;
             EXPECT_EQ(path_, lead ? (Path{8, 7, 1, 5}) : (Path{7, 1, 5}));
         }
     }
@@ -1149,9 +1143,9 @@ TEST_F(ResumedRewardWalk, StepAmongSeveralAllowsAnotherSingleStep) {
     Place(1, 820);
     Resume({}, 6);
     EXPECT_EQ(path_, (Path{6, 5, 4, 2}));
-    EXPECT_EQ(Log(), ResumedLog(Clean(1) + Clean(2) + ResumedLeft(5, 2, 960) + Agreed() + "get end 4\n" + Clean(1) +
-                                    Clean(1),
-                                4, 6));
+    EXPECT_EQ(Log(),
+              ResumedLog(Clean(1) + Clean(2) + ResumedLeft(5, 2, 960) + Agreed() + "get end 4\n" + Clean(1) + Clean(1),
+                         4, 6));
 }
 
 TEST_F(ResumedRewardWalk, DeadEndGivesWayAndStepsAreReplacedUpToTheFirst) {
@@ -1166,11 +1160,11 @@ TEST_F(ResumedRewardWalk, DeadEndGivesWayAndStepsAreReplacedUpToTheFirst) {
     EXPECT_EQ(path_, (Path{4}));
     EXPECT_EQ(Cell(1, 4), 0);
     EXPECT_EQ(Cell(2, 4), 0);
-    EXPECT_EQ(Log(), ResumedLog(Clean(2) + ResumedLeft(4, 2, 1000) + Agreed() + "get end 1\n" + Clean(0) +
-                                    "change other node!\nGet a new end 2\nnew end accept size: 2\nchange the node!\n" +
-                                    Clean(2) + ResumedLeft(2, 2, 970) + Refused() + "get end -1\ncycle node!\n" +
-                                    Clean(0),
-                                1, 4));
+    EXPECT_EQ(Log(),
+              ResumedLog(Clean(2) + ResumedLeft(4, 2, 1000) + Agreed() + "get end 1\n" + Clean(0) +
+                             "change other node!\nGet a new end 2\nnew end accept size: 2\nchange the node!\n" +
+                             Clean(2) + ResumedLeft(2, 2, 970) + Refused() + "get end -1\ncycle node!\n" + Clean(0),
+                         1, 4));
 }
 
 TEST_F(ResumedRewardWalk, DeadEndAmongSeveralOthersTakesTheirPick) {
@@ -1184,8 +1178,7 @@ TEST_F(ResumedRewardWalk, DeadEndAmongSeveralOthersTakesTheirPick) {
     Resume({}, 5);
     EXPECT_EQ(path_, (Path{5, 1}));
     EXPECT_EQ(Log(), ResumedLog(Clean(3) + ResumedLeft(5, 3, 1000) + Agreed() + "get end 1\n" + Clean(0) +
-                                    "change other node!\n" + ResumedLeft(5, 2, 1000) + Refused() +
-                                    "Get a new end -1\n",
+                                    "change other node!\n" + ResumedLeft(5, 2, 1000) + Refused() + "Get a new end -1\n",
                                 2, 5));
 }
 
@@ -1206,6 +1199,29 @@ TEST_F(ResumedRewardWalk, NothingHoldsAReplacementBackAndTheOneOtherNeedsNoPosit
                                 2, 4));
 }
 
+TEST_F(ResumedRewardWalk, ReplacedStepAmongSeveralTakesTheirPick) {
+    Build(7);
+    Link(5, 6, 40);
+    Link(4, 6, 70);
+    Link(3, 6, 80);
+    Link(5, 4, 70);
+    Link(5, 3, 60);
+    Link(4, 3, 90);
+    Link(1, 5, 40);
+    Link(2, 5, 70);
+    Place(5, 940);
+    Place(4, 970);
+    Resume({}, 6);
+    // Read 4 leads to read 5 once more, and with that step barred it leads nowhere.
+    EXPECT_EQ(path_, (Path{6, 4}));
+    EXPECT_EQ(Cell(5, 6), 0);
+    EXPECT_EQ(Cell(5, 4), 0);
+    const std::string replaced = Clean(2) + ResumedLeft(5, 2, 940) + Refused() + "get end -1\ncycle node!\n";
+    EXPECT_EQ(Log(), ResumedLog(Clean(3) + ResumedLeft(6, 3, 1000) + Agreed() + "get end 5\n" + replaced + Clean(2) +
+                                    ResumedLeft(6, 2, 1000) + Agreed() + Clean(1) + replaced + Clean(0),
+                                2, 6));
+}
+
 TEST_F(ResumedRewardWalk, OneStepLessIsExpectedAndThePathMustBeLonger) {
     // 280 bases are 4 steps, 210 are 3. The walk stands at its third read: 3 is not above 4 less 1, but above 3 less 1.
     for (const int gap_length : {280, 210}) {
@@ -1217,12 +1233,11 @@ TEST_F(ResumedRewardWalk, OneStepLessIsExpectedAndThePathMustBeLonger) {
         Place(1, 180);
         Resume({4}, 3);
         EXPECT_EQ(path_, (Path{4, 3, 1}));
-        const std::string back =
-            gap_length == 210 ? ""
-                              : "change other node!\nGet a new end 2\nnew end accept size: 1\n"
-                                "change node is useless, not change!\n";
-        EXPECT_EQ(NewLog(), ResumedLog(Clean(2) + ResumedLeft(3, 2, 240) + Agreed() + "get end 1\n" + Clean(0) + back,
-                                       3, 3));
+        const std::string back = gap_length == 210 ? ""
+                                                   : "change other node!\nGet a new end 2\nnew end accept size: 1\n"
+                                                     "change node is useless, not change!\n";
+        EXPECT_EQ(NewLog(),
+                  ResumedLog(Clean(2) + ResumedLeft(3, 2, 240) + Agreed() + "get end 1\n" + Clean(0) + back, 3, 3));
     }
 }
 
