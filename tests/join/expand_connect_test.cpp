@@ -132,7 +132,7 @@ class RandomGaps {
 
 TEST_F(ExpandConnectTest, RandomGapsNeverEndTheProcess) {
     RandomGaps gaps(20240611);
-    for (int i = 0; i < 6000; ++i) {
+    for (int i = 0; i < 10000; ++i) {
         const RandomGap gap = gaps.Next();
         noreadbreak1 = gaps.Chance(50);
         noreadbreak2 = gaps.Chance(50);

@@ -47,6 +47,23 @@ TEST_F(RouteHTest, UnconfirmedOverlapGoesOn) {
     EXPECT_TRUE(Logged("Before overlapped with after edge!\n" + std::string(kNotSure)));
 }
 
+TEST_F(RouteHTest, EmptySequenceIsHeldAgainstTheBeforeEdge) {
+    EXPECT_EQ(Connect(after_edge, Bases(6, 20), 70), "");
+    EXPECT_TRUE(
+        Logged("Before overlapped with after edge!\n" + std::string(kNotSure) + "Before contain after edge!\n"));
+    EXPECT_EQ(Connect(Bases(6, 20), before_edge, 70), "");
+    EXPECT_TRUE(
+        Logged("After overlapped with before edge!\n" + std::string(kNotSure) + "After contain before edge!\n"));
+}
+
+TEST_F(RouteHTest, ReadToTheEdgeIsHeldAgainstALongerAfter) {
+    const std::string left = Bases(5, 85);
+    inner = {Changed(Last(left, 40) + "AC" + First(after_edge, 40), 30)};
+    EXPECT_EQ(Connect(left, Bases(6, 90), 100), Open(100));
+    EXPECT_TRUE(Logged("final check: \nbefore: " + left + "AC\nafter: " + Bases(6, 90) + "\nmatch ratio 0."));
+    EXPECT_EQ(before, left + "AC");
+}
+
 TEST_F(RouteHTest, ReadToTheEdgeNeedsTheEndOfAfter) {
     // A mismatch in 40 bases of the read keeps it from joining the two sides.
     const std::string left = Bases(5, 85);
@@ -103,10 +120,9 @@ TEST_F(RouteITest, UnconfirmedOverlapGoesOn) {
 }
 
 TEST_F(RouteITest, LongAfterIsCutAsIfItHadBeenLookedAtWhole) {
-    // Its last 120 bases begin with the end of the before edge, 10 bases behind its start.
-    const std::string rest = Bases(6, 90);
-    const std::string grown = Bases(7, 10) + Last(before_edge, 30) + rest;
-    EXPECT_EQ(Connect(grown.substr(30, 30), grown, 150), grown.substr(30));
+    // Its last 120 bases begin with the end of the before edge, 25 bases behind its start.
+    const std::string grown = Bases(7, 25) + Last(before_edge, 30) + Bases(6, 90);
+    EXPECT_EQ(Connect(grown.substr(30, 7), grown, 150), grown.substr(30));
     EXPECT_TRUE(Logged("after possible overlap check!\t30\nAfter overlapped with before edge!\n"));
 }
 

@@ -57,12 +57,31 @@ TEST_F(RouteETest, AfterInsideBeforeIsKeptWithAHole) {
 
 TEST_F(RouteETest, BeforeInsideAfterGoesOn) {
     const std::string inside = Bases(6, 15);
-    const std::string grown = Unlike(Last(before_edge, 10)) + inside + Bases(5, 50);
-    Connect(inside, grown, 80);
+    const std::string grown = Unlike(Last(before_edge, 10)) + inside + Bases(5, 20);
+    Connect(inside, grown, 55);
     EXPECT_TRUE(
         Logged("before expand overlapped with after expand: 25\nbefore is part of after sequence!\n"
-               "before and after exchange:  "));
-    EXPECT_TRUE(Logged("break: 0\t0\nbefore: "));
+               "before and after exchange:  35\nbreak: 0\t0\nbefore: "));
+    // From half a read on the rest of `after` counts as the gap.
+    const std::string longer = Unlike(Last(before_edge, 10)) + inside + Bases(5, 35);
+    EXPECT_EQ(Connect(inside, longer, 75), inside + Bases(5, 35));
+}
+
+TEST_F(RouteETest, ReadJoinsAnExpansionWithTheOneInsideIt) {
+    // `before` is cut to fit the gap, and only the cut one meets the read.
+    std::string inside = Bases(6, 10);
+    const std::string cut = Bases(5, 20) + inside + Bases(7, 5);
+    inner = {Last(cut, 25) + "AC" + inside + First(after_edge, 30)};
+    EXPECT_EQ(Connect(cut + Bases(8, 50), inside, 45), cut + "AC" + inside);
+    EXPECT_TRUE(Logged("after is part of before sequence!\n"));
+    EXPECT_TRUE(Logged("before and after connected!\n"));
+
+    inside = Bases(6, 20);
+    const std::string grown = Bases(5, 10) + inside + Bases(7, 10);
+    inner = {inside + "AC" + First(grown, 35)};
+    EXPECT_EQ(Connect(inside + Bases(8, 50), grown, 60), inside + "AC" + grown);
+    EXPECT_TRUE(Logged("before is part of after sequence!\n"));
+    EXPECT_EQ(after, "AC" + grown);
 }
 
 TEST_F(RouteETest, CopiesAreLookedForWithoutAnyOverlap) {
@@ -115,7 +134,7 @@ TEST_F(ExchangeTest, SmallShareOfTheGapIsKeptTwice) {
 TEST_F(ExchangeTest, WithoutBothBreaksHalfAReadIsNeeded) {
     noreadbreak1 = false;
     Connect(Bases(5, 49) + Bases(6, 20), Bases(7, 10) + Bases(5, 49), 100);
-    EXPECT_TRUE(Logged("exchange:  49\nbreak: 0\t1\nbefore: "));
+    EXPECT_TRUE(Logged("exchange:  49\nbreak: 0\t1\ncut before for 28 bp.\nbefore: "));
     EXPECT_EQ(Connect(Bases(5, 50) + Bases(6, 20), Bases(7, 10) + Bases(5, 50), 100), Bases(5, 50));
 }
 
@@ -148,6 +167,17 @@ TEST_F(RouteFTest, ReadJoinsTheCutSides) {
     inner = {left.substr(5, 35) + "ACG" + First(right, 35)};
     EXPECT_EQ(Connect(left, right, 100), First(left, 40) + "ACG" + right);
     EXPECT_TRUE(Logged("before and after connected!\tbefore size: 60\tafter size: 60\n"));
+}
+
+TEST_F(RouteFTest, ReadThatFillsTooLittleNeedsBothBreaks) {
+    // 60 bases are not above 0.6 of the gap.
+    const std::string shared = Bases(5, 40);
+    const std::string right = shared + Bases(6, 20);
+    inner = {before_edge.substr(30) + right};
+    EXPECT_EQ(Connect(shared + Bases(7, 20), right, 100), Open(100));
+    EXPECT_TRUE(Logged("before and after connected!\tbefore size: 60\tafter size: 60\nThe overlap with edge"));
+    noreadbreak1 = noreadbreak2 = true;
+    EXPECT_EQ(Connect(shared + Bases(7, 20), right, 100), right);
 }
 
 TEST_F(RouteFTest, ReadIntoTheAfterEdgeIsAMinusGap) {

@@ -202,6 +202,22 @@ TEST_F(HoleTest, EmptySequenceIsComparedByTheEdge) {
     EXPECT_TRUE(Logged("gap maybe not so small!\n"));
 }
 
+TEST_F(HoleTest, EmptySequenceIsComparedWithAShortExpansionWhole) {
+    // The overlap of the sides, 37 bases, begins and ends with the same 8, so that it isn't clear.
+    const std::string common = Bases(9, 8);
+    before_edge = First(before_edge, 55) + First(common, 5);
+    after_edge = Last(common, 3) + Bases(10, 21) + common + Bases(2, 28);
+    inner = {Changed(before_edge.substr(30) + after_edge, 10)};
+    EXPECT_EQ(Connect(First(after_edge, 32), First(common, 5), 40), "");
+    EXPECT_TRUE(Logged("before and after edge connected!\n"));
+
+    before_edge = Bases(1, 28) + common + Bases(10, 21) + First(common, 3);
+    after_edge = Last(common, 5) + Bases(2, 55);
+    inner = {Changed(before_edge + First(after_edge, 30), 62)};
+    EXPECT_EQ(Connect(Last(common, 5), Last(before_edge, 32), 40), "");
+    EXPECT_TRUE(Logged("after and before edge connected!\t60\t60\n"));
+}
+
 TEST_F(HoleTest, ExpansionThatRepeatsItsOppositeEdgeMakesTheGapZero) {
     // A period of 16 bases makes two overlaps equally good.
     const std::string twice = Bases(9, 16) + Bases(9, 16);
