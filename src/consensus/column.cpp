@@ -85,22 +85,6 @@ void IllegalOrder(std::string_view message, int place, int threadId) {
     std::exit(-1);
 }
 
-std::string Head(const std::string& seq, int count) {
-    return count < 0 ? seq : seq.substr(0, static_cast<std::size_t>(count));
-}
-
-std::string From(const std::string& seq, int offset) {
-    return seq.substr(static_cast<std::size_t>(std::clamp(offset, 0, Length(seq))));
-}
-
-void DropFront(std::string& seq, int count) {
-    seq.erase(0, static_cast<std::size_t>(std::clamp(count, 0, Length(seq))));
-}
-
-void DropEnd(std::string& seq, int count) {
-    seq.resize(static_cast<std::size_t>(Length(seq) - std::clamp(count, 0, Length(seq))));
-}
-
 int SameBases(const std::string& a, int a_start, const std::string& b, int b_start, int len) {
     const int first = std::max({0, -a_start, -b_start});
     const int last = std::min({len, Length(a) - a_start, Length(b) - b_start});

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "align/piece.h"
 #include "run/streams.h"
 #include "store/gap.h"
 
@@ -93,21 +94,6 @@ void WriteFinish(int valued_read_num, int unsame_base_num, int threadId);
 /// Two reads that follow each other in an order don't overlap: logs the message and the place in the order, and ends
 /// the process with status -1.
 [[noreturn]] void IllegalOrder(std::string_view message, int place, int threadId);
-
-/// Lengths and offsets are compared as signed ints throughout.
-inline int Length(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
-
-/// The first count bases; the whole of seq when count is negative or above its length.
-std::string Head(const std::string& seq, int count);
-
-/// seq from offset on; empty when offset lies behind its end.
-std::string From(const std::string& seq, int offset);
-
-/// Removes count bases at the front or at the end, at most all of them.
-void DropFront(std::string& seq, int count);
-void DropEnd(std::string& seq, int count);
 
 /// Counts the equal bases of a[a_start ...] and b[b_start ...] over len columns. A column that lies outside one of
 /// them is unequal.

@@ -7,24 +7,18 @@
 #include <map>
 
 #include "align/overlap.h"
+#include "align/piece.h"
 #include "align/search.h"
-#include "join/piece.h"
 #include "kmer/overlap_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
 namespace lintara {
 
-using join::From;
-using join::Head;
-using join::Len;
-using join::Tail;
-using join::WithoutLast;
-
 bool CheckOver(const std::string& patt, TagInfo*& tagInfo, const std::vector<Read>& reads) {
-    if (Len(patt) > 100) return true;
-    if (Len(patt) < min_align) return false;
-    if (Len(patt) <= 12) return ShortOverCheck(patt, reads);
+    if (Length(patt) > 100) return true;
+    if (Length(patt) < min_align) return false;
+    if (Length(patt) <= 12) return ShortOverCheck(patt, reads);
     return !IsRepeatSeq(patt, tagInfo);
 }
 
@@ -34,7 +28,7 @@ bool ShortOverCheck(const std::string& patt, const std::vector<Read>& reads) {
 }
 
 bool IsRepeatSeq(const std::string& seq, TagInfo*& tagInfo) {
-    const int size = Len(seq);
+    const int size = Length(seq);
     const int dis = size - TAGL + 1;
     std::map<int, int> repeatDisInfo;
     int maxNum = 0;
@@ -54,18 +48,18 @@ bool IsRepeatSeq(const std::string& seq, TagInfo*& tagInfo) {
 
 bool BeforeCrossCheck(std::string& seq, const std::vector<Read>& reads, const std::string& edge, int threadId) {
     std::ofstream& log = logFile[threadId];
-    const std::string usetmp = Tail(seq, 2 * Len(edge));
+    const std::string usetmp = Tail(seq, 2 * Length(edge));
     for (int i = 1; i + 1 < static_cast<int>(reads.size()); ++i) {
         const std::string& r = reads[static_cast<std::size_t>(i)].seq;
         int over1 = forward_overlap(usetmp, r, 1, 0.97);
         // A read that lies inside the sequence is no bridge.
-        if (over1 == Len(r)) over1 = 0;
-        if (Len(r) < Min_overlap) continue;
-        if (over1 < Min_overlap || over1 >= Len(r) || over1 > Len(usetmp)) continue;
+        if (over1 == Length(r)) over1 = 0;
+        if (Length(r) < Min_overlap) continue;
+        if (over1 < Min_overlap || over1 >= Length(r) || over1 > Length(usetmp)) continue;
         const int over2 = forward_overlap(r, edge, 1, 0.99);
-        if (over2 < Min_overlap || over2 == Len(r) || over2 > Len(edge)) continue;
-        const int est_len = Len(r) - over1 - over2;
-        if (-est_len == Len(seq)) continue;
+        if (over2 < Min_overlap || over2 == Length(r) || over2 > Length(edge)) continue;
+        const int est_len = Length(r) - over1 - over2;
+        if (-est_len == Length(seq)) continue;
         log << "read cross the two sequence: " << r << '\n';
         if (est_len >= 0) {
             log << "The two sequence have no overlap!\t" << est_len << '\t' << over1 << '\t' << over2 << '\n';
@@ -74,7 +68,7 @@ bool BeforeCrossCheck(std::string& seq, const std::vector<Read>& reads, const st
         }
         const std::string tmp = WithoutLast(r, over2);
         log << "The two sequence have overlap!\t" << est_len << '\t' << over1 << '\t' << over2 << '\n';
-        log << tmp << '\t' << Len(tmp) << '\n';
+        log << tmp << '\t' << Length(tmp) << '\n';
         seq = WithoutLast(seq, -est_len);
         return true;
     }
@@ -88,18 +82,18 @@ bool AfterCrossCheck(const std::string& edge, const std::vector<Read>& reads, st
         const std::string& r = reads[static_cast<std::size_t>(i)].seq;
         // On this side the edge is contig sequence, so the first overlap is the strict one and may be short.
         const int over1 = forward_overlap(edge, r, 1, 0.99);
-        if (Len(r) > limit) continue;
-        if (over1 < min_align || over1 >= Len(r) || over1 > Len(edge)) continue;
+        if (Length(r) > limit) continue;
+        if (over1 < min_align || over1 >= Length(r) || over1 > Length(edge)) continue;
         const int over2 = forward_overlap(r, seq, 1, 0.95);
-        if (over2 < Min_overlap || over2 >= Len(r) || over2 > Len(seq)) continue;
+        if (over2 < Min_overlap || over2 >= Length(r) || over2 > Length(seq)) continue;
         // Only here: nothing of the sequence stands between the edge and what follows it.
-        if (over1 == over2 && over2 == Len(seq)) {
+        if (over1 == over2 && over2 == Length(seq)) {
             log << "Gap size is zero!\n";
             seq.clear();
             return true;
         }
-        const int est_len = Len(r) - over1 - over2;
-        if (-est_len == Len(seq)) continue;
+        const int est_len = Length(r) - over1 - over2;
+        if (-est_len == Length(seq)) continue;
         log << "read cross the two sequence: " << r << '\n';
         if (est_len >= 0) {
             log << "The two sequence have no overlap!\t" << est_len << '\t' << over1 << '\t' << over2 << '\n';
@@ -127,13 +121,13 @@ bool pass_minus_check(const std::string& seq1, const std::string& seq2, int over
 
 void get_match_len(const std::string& seq1, const std::string& seq2, int pos, int& match, bool flag) {
     if (flag) {
-        for (int i = 0; i < Len(seq2) && pos + i >= 0 && pos + i < Len(seq1); ++i) {
+        for (int i = 0; i < Length(seq2) && pos + i >= 0 && pos + i < Length(seq1); ++i) {
             if (seq2[i] != seq1[pos + i]) break;
             ++match;
         }
     } else {
-        for (int i = pos; i >= 0 && i < Len(seq2) && pos - i < Len(seq1); --i) {
-            if (seq1[Len(seq1) - pos - 1 + i] != seq2[i]) break;
+        for (int i = pos; i >= 0 && i < Length(seq2) && pos - i < Length(seq1); --i) {
+            if (seq1[Length(seq1) - pos - 1 + i] != seq2[i]) break;
             ++match;
         }
     }
@@ -141,12 +135,12 @@ void get_match_len(const std::string& seq1, const std::string& seq2, int pos, in
 }
 
 std::string getN(int gapsize, int seqsize) {
-    return join::Ns(seqsize < gapsize ? gapsize - seqsize : 1);
+    return Ns(seqsize < gapsize ? gapsize - seqsize : 1);
 }
 
 int GetForwardMatchLen(const std::string& seq, int pos1, const std::string& after, int pos2, int len) {
     int count = len;
-    for (int i = std::max({len, -pos1, -pos2}); pos1 + i < Len(seq) && pos2 + i < Len(after); ++i) {
+    for (int i = std::max({len, -pos1, -pos2}); pos1 + i < Length(seq) && pos2 + i < Length(after); ++i) {
         if (seq[pos1 + i] == after[pos2 + i]) ++count;
     }
     return count;

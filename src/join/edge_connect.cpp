@@ -5,19 +5,13 @@
 #include <fstream>
 
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
-#include "join/piece.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
 namespace lintara {
-
-using join::From;
-using join::Head;
-using join::Len;
-using join::Ns;
-using join::WithoutLast;
 
 namespace {
 
@@ -40,7 +34,7 @@ int ShortestOverlap(int dis, int gapsize) {
 
 /// A filling of three times the gap or more isn't believed, but for short gaps.
 bool IsBelieved(const std::string& filling, int gapsize) {
-    return gapsize <= 99 || Len(filling) < gapsize * 3;
+    return gapsize <= 99 || Length(filling) < gapsize * 3;
 }
 
 }  // namespace
@@ -48,22 +42,22 @@ bool IsBelieved(const std::string& filling, int gapsize) {
 std::string connect_before(const std::string& seq1, const std::string& seq2, int gapsize, int threadId) {
     std::ofstream& log = logFile[threadId];
     std::string open = Ns(gapsize);
-    const int dis = Overhang(Len(seq2), gapsize, threadId);
+    const int dis = Overhang(Length(seq2), gapsize, threadId);
     const int Min = ShortestOverlap(dis, gapsize);
     // The mirror leaves this line out.
     log << "before read: " << seq1 << '\n';
-    if (Len(seq1) < Min || Len(seq2) < Min) return open;
+    if (Length(seq1) < Min || Length(seq2) < Min) return open;
     const int match = align_connect(seq1, seq2, Min);
     log << "overlap with the before edge: " << match << "\tMin" << Min << '\n';
     if (match < 0) {
         const int dis2 = Min - match;
-        if (dis2 >= Len(seq2)) return open;
-        if (dis2 <= dis) return Len(seq2) < dis + dis2 ? open : Ns(dis2) + From(seq2, dis + dis2);
+        if (dis2 >= Length(seq2)) return open;
+        if (dis2 <= dis) return Length(seq2) < dis + dis2 ? open : Ns(dis2) + From(seq2, dis + dis2);
         // The mirror leaves this line out.
-        log << Len(seq2) << '\t' << dis2 << '\t' << dis << '\n';
+        log << Length(seq2) << '\t' << dis2 << '\t' << dis << '\n';
         return Ns(dis2 - dis) + From(seq2, dis2);
     }
-    if (match + Min > Len(seq2)) {
+    if (match + Min > Length(seq2)) {
         log << "The real gap size may be minus!\n";
         return open;
     }
@@ -74,23 +68,23 @@ std::string connect_before(const std::string& seq1, const std::string& seq2, int
 std::string connect_after(const std::string& seq1, const std::string& seq2, int gapsize, int threadId) {
     std::ofstream& log = logFile[threadId];
     std::string open = Ns(gapsize);
-    const int dis = Overhang(Len(seq1), gapsize, threadId);
+    const int dis = Overhang(Length(seq1), gapsize, threadId);
     const int Min = ShortestOverlap(dis, gapsize);
-    if (Len(seq1) < Min || Len(seq2) < Min) return open;
+    if (Length(seq1) < Min || Length(seq2) < Min) return open;
     const int match = align_connect(seq1, seq2, Min);
     log << "connect with after edge\t" << match << '\t' << Min << "\t\n";
     if (match < 0) {
         const int dis2 = Min - match;
-        if (dis2 >= Len(seq1)) return open;
-        if (dis2 <= dis) return Len(seq1) < dis + dis2 ? open : Head(seq1, Len(seq1) - dis - dis2) + Ns(dis2);
-        return Head(seq1, Len(seq1) - dis2) + Ns(dis2 - dis);
+        if (dis2 >= Length(seq1)) return open;
+        if (dis2 <= dis) return Length(seq1) < dis + dis2 ? open : Head(seq1, Length(seq1) - dis - dis2) + Ns(dis2);
+        return Head(seq1, Length(seq1) - dis2) + Ns(dis2 - dis);
     }
     // Unlike in the mirror, an overlap of all of the expansion counts as minus too.
-    if (Len(seq1) - match - Min < 1) {
+    if (Length(seq1) - match - Min < 1) {
         log << "Gap real size may be minus!\n";
         return open;
     }
-    std::string tmp = Head(seq1, Len(seq1) - match - Min);
+    std::string tmp = Head(seq1, Length(seq1) - match - Min);
     return IsBelieved(tmp, gapsize) ? tmp : open;
 }
 
@@ -98,21 +92,21 @@ namespace {
 
 /// Where `after` holds `before`, or `before` holds `after`, the one speaks for the other. Both may be cut.
 std::string CompareWalks(std::string& before, std::string& after, int gapsize, bool& support, int threadId) {
-    if (Len(before) < Len(after)) {
-        const double ratio1 = GetMatchRatio(before, Head(after, Len(before)), Len(before));
+    if (Length(before) < Length(after)) {
+        const double ratio1 = GetMatchRatio(before, Head(after, Length(before)), Length(before));
         if (ratio1 > 0.9) {
             logFile[threadId] << "before support!\n";
             support = true;
             return after;
         }
-        if (gapsize > ReadLen && Len(before) > gapsize) before = Head(before, gapsize);
+        if (gapsize > ReadLen && Length(before) > gapsize) before = Head(before, gapsize);
         const int pos = string_match(before, after, 1);
         if (pos > 0) {
             support = true;
             after = From(after, pos);
         }
     }
-    if (Len(before) > Len(after) && Len(before) > gapsize * 0.8) {
+    if (Length(before) > Length(after) && Length(before) > gapsize * 0.8) {
         const std::vector<int> posvec = PattNum(after, before);
         if (!posvec.empty()) {
             support = true;
@@ -137,21 +131,21 @@ std::string RewardCheck(std::string& before, std::string& after, int gapsize, co
         return CompareWalks(before, after, gapsize, support, threadId);
     }
     log << "Have overlap with after edge!\t" << over << '\n';
-    if (over >= Len(after_edge) && over <= Len(before)) {
+    if (over >= Length(after_edge) && over <= Length(before)) {
         log << "Accept the long overlap.\n";
         support = true;
         return WithoutLast(before, over);
     }
-    if (over > Len(before)) {
+    if (over > Length(before)) {
         log << "gapsize maybe minus.\n";
         support = false;
         return after;
     }
-    if (!CheckOver(join::Tail(before, over), tagInfo, reads)) return after;
+    if (!CheckOver(Tail(before, over), tagInfo, reads)) return after;
     log << "pass over check!\n";
     const std::string seq = WithoutLast(before, over);
     support = true;
-    return std::abs(gapsize - Len(seq)) >= std::abs(gapsize - Len(after)) ? after : seq;
+    return std::abs(gapsize - Length(seq)) >= std::abs(gapsize - Length(after)) ? after : seq;
 }
 
 namespace {
@@ -159,44 +153,44 @@ namespace {
 /// Whether `edge`, whose bases are equal in this share, is cut off. The `size` in bases stands for the edge's own where
 /// only nearly equal edges longer than a read are cut.
 bool IsCut(const std::string& edge, double ratio, int size) {
-    return (ratio > 0.99 && size > ReadLen) || (Len(edge) * (1 - ratio) < 2.0 && Len(edge) < ReadLen);
+    return (ratio > 0.99 && size > ReadLen) || (Length(edge) * (1 - ratio) < 2.0 && Length(edge) < ReadLen);
 }
 
 void CutAfterEdge(std::string& seq, const std::string& after) {
-    const int match = align_connect(seq, after, Len(after));
+    const int match = align_connect(seq, after, Length(after));
     if (match < 0) {
         const std::vector<int> posvec = PattNum(after, seq);
         if (!posvec.empty()) seq = Head(seq, posvec.front());
         return;
     }
-    const int over = Len(after) + match;
-    const std::string tmp = Head(From(seq, over), Len(after));
+    const int over = Length(after) + match;
+    const std::string tmp = Head(From(seq, over), Length(after));
     // Nothing to compare when the overlap is the whole sequence.
     if (tmp.empty()) return;
-    if (IsCut(after, GetMatchRatio(tmp, after, Len(after)), Len(after))) seq = WithoutLast(seq, over);
+    if (IsCut(after, GetMatchRatio(tmp, after, Length(after)), Length(after))) seq = WithoutLast(seq, over);
 }
 
 void CutBeforeEdge(std::string& seq, const std::string& before, const std::string& after) {
-    const int match = align_connect(before, seq, Len(before));
+    const int match = align_connect(before, seq, Length(before));
     if (match < 0) {
         const std::vector<int> posvec = PattNum(before, seq);
-        if (!posvec.empty()) seq = From(seq, posvec.front() + Len(before));
+        if (!posvec.empty()) seq = From(seq, posvec.front() + Length(before));
         return;
     }
-    const int over = Len(before) + match;
+    const int over = Length(before) + match;
     // Unlike in the mirror, the bases compared are those of the overlap itself.
-    const std::string tmp = Head(From(seq, match), Len(before));
+    const std::string tmp = Head(From(seq, match), Length(before));
     // On purpose the size of `after`, not that of `before`.
-    if (IsCut(before, GetMatchRatio(tmp, before, Len(before)), Len(after))) seq = From(seq, over);
+    if (IsCut(before, GetMatchRatio(tmp, before, Length(before)), Length(after))) seq = From(seq, over);
 }
 
 }  // namespace
 
 void LongCut(std::string& seq, const std::string& before, const std::string& after, int /*gapsize*/, int threadId) {
-    logFile[threadId] << "Begin long cut!\tinitial size: " << Len(seq) << '\n';
-    if (Len(after) < Len(seq)) CutAfterEdge(seq, after);
-    if (Len(before) < Len(seq)) CutBeforeEdge(seq, before, after);
-    logFile[threadId] << "after cut size: " << Len(seq) << '\n';
+    logFile[threadId] << "Begin long cut!\tinitial size: " << Length(seq) << '\n';
+    if (Length(after) < Length(seq)) CutAfterEdge(seq, after);
+    if (Length(before) < Length(seq)) CutBeforeEdge(seq, before, after);
+    logFile[threadId] << "after cut size: " << Length(seq) << '\n';
 }
 
 void clearn_order(std::vector<int>& starts) {

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
 #include "join/expand_steps.h"
 #include "join/long_expand.h"
-#include "join/piece.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -17,19 +17,18 @@ namespace {
 
 using join::Answer;
 using join::Expansions;
-using join::Len;
 
 /// The steps for expansions that together cover the gap, in their order. Gates look at the strings as they are by then.
 std::string ConnectCovered(Expansions& e) {
     if (Answer answer = join::CoveredGap(e)) return *answer;
     if (Answer answer = join::ReadAcrossUncut(e)) return *answer;
-    if (Len(e.before) > e.gapsize) {
+    if (Length(e.before) > e.gapsize) {
         if (Answer answer = join::BeforeOverGap(e)) return *answer;
     }
-    if (Len(e.after) > e.gapsize) {
+    if (Length(e.after) > e.gapsize) {
         if (Answer answer = join::AfterOverGap(e)) return *answer;
     }
-    if (Len(e.before) >= min_align && Len(e.after) >= min_align) {
+    if (Length(e.before) >= min_align && Length(e.after) >= min_align) {
         if (Answer answer = join::RouteE(e)) return *answer;
         if (Answer answer = join::RouteF(e)) return *answer;
         if (Answer answer = join::RouteG(e)) return *answer;
@@ -44,20 +43,20 @@ std::string ConnectCovered(Expansions& e) {
 std::string ExpandConnect(std::string& before, std::string& after, const std::string& before_edge,
                           const std::string& after_edge, int gapsize, const std::vector<Read>& reads, TagInfo*& tagInfo,
                           bool noreadbreak1, bool noreadbreak2, int& realgaplen, int threadId) {
-    Expansions e{before,       after,        before_edge, after_edge, gapsize,           reads, tagInfo,
-                 noreadbreak1, noreadbreak2, realgaplen,  threadId,   join::Ns(gapsize), {},    {}};
-    if (Len(before) < min_align && Len(after) < min_align) {
+    Expansions e{before,       after,        before_edge, after_edge, gapsize,     reads, tagInfo,
+                 noreadbreak1, noreadbreak2, realgaplen,  threadId,   Ns(gapsize), {},    {}};
+    if (Length(before) < min_align && Length(after) < min_align) {
         e.Log() << "Expand too short!\n";
         return e.seq;
     }
-    if (Len(before) > gapsize + Len(after_edge) || Len(after) > gapsize + Len(before_edge)) {
+    if (Length(before) > gapsize + Length(after_edge) || Length(after) > gapsize + Length(before_edge)) {
         e.Log() << "Short contig edge!\n";
         if (LongExpandFill(before, after, before_edge, after_edge, gapsize, e.seq, threadId)) {
             e.Log() << "Long expand fill the gap region!\n";
             return e.seq;
         }
     }
-    return Len(before) + Len(after) >= gapsize ? ConnectCovered(e) : join::UncoveredGap(e);
+    return Length(before) + Length(after) >= gapsize ? ConnectCovered(e) : join::UncoveredGap(e);
 }
 
 namespace join {
@@ -67,8 +66,8 @@ std::ofstream& Expansions::Log() const {
 }
 
 Meeting MeetingOf(const Expansions& e, int over) {
-    const int before = Len(e.before);
-    const int after = Len(e.after);
+    const int before = Length(e.before);
+    const int after = Length(e.after);
     if (over >= before && over < after) return Meeting::kAfterIntoBeforeEdge;
     if (over >= after && over < before) return Meeting::kBeforeIntoAfterEdge;
     // What is left passes beyond one whole side, or lies inside both when it passes beyond neither.
@@ -81,8 +80,8 @@ void BuildSides(Expansions& e) {
 }
 
 std::optional<int> JoinAlign(const Expansions& e) {
-    const int Max = Len(e.before) + Len(e.after);
-    const bool bounded = Max < Len(e.before_seq) && Max < Len(e.after_seq);
+    const int Max = Length(e.before) + Length(e.after);
+    const bool bounded = Max < Length(e.before_seq) && Max < Length(e.after_seq);
     const int r = bounded ? align_connect(e.before_seq, e.after_seq, min_align, Max)
                           : align_connect(e.before_seq, e.after_seq, min_align);
     if (r < 0) return std::nullopt;
@@ -90,8 +89,8 @@ std::optional<int> JoinAlign(const Expansions& e) {
 }
 
 int FullLimit(const Expansions& e) {
-    const bool is_short = std::min(Len(e.before), Len(e.after)) < ReadLen;
-    const bool leaves_little = std::max(Len(e.before), Len(e.after)) + ReadLen > e.gapsize;
+    const bool is_short = std::min(Length(e.before), Length(e.after)) < ReadLen;
+    const bool leaves_little = std::max(Length(e.before), Length(e.after)) + ReadLen > e.gapsize;
     return is_short || leaves_little ? 2 * ReadLen : ReadLen;
 }
 
@@ -100,9 +99,9 @@ void OverLog(const Expansions& e, int over) {
 }
 
 std::string AfterJoin(Expansions& e, const std::string& joined, const char* message) {
-    const int d = Len(e.after_edge) - Len(joined);
-    if (d > Len(e.before)) return MinusGap(e, Len(e.before) - d, message);
-    if (d > 0) return Head(e.before, Len(e.before) - d);
+    const int d = Length(e.after_edge) - Length(joined);
+    if (d > Length(e.before)) return MinusGap(e, Length(e.before) - d, message);
+    if (d > 0) return Head(e.before, Length(e.before) - d);
     return e.before + Head(joined, -d);
 }
 
@@ -113,7 +112,7 @@ std::string MinusGap(Expansions& e, int minus, const char* message) {
 }
 
 bool ExactMatch(const std::string& read1, const std::string& read2) {
-    return GetMatchRatio(read1, read2, Len(read1)) == 1.0;
+    return GetMatchRatio(read1, read2, Length(read1)) == 1.0;
 }
 
 bool Agree(const std::string& read1, const std::string& read2, int over) {

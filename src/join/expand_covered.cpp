@@ -1,9 +1,9 @@
 // Expansions that together cover the estimated gap should overlap. How they do, and what a surprising overlap says
 // about the real gap size.
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
 #include "join/expand_steps.h"
-#include "join/piece.h"
 #include "run/settings.h"
 
 namespace lintara::join {
@@ -14,27 +14,27 @@ namespace {
 std::string AfterByRead(Expansions& e, int over) {
     e.after = From(e.after, over);
     std::string s = e.after + e.after_edge;
-    if (!AfterCrossed(e, e.before_edge, s, 200)) return e.seq + getN(e.gapsize, Len(e.seq));
+    if (!AfterCrossed(e, e.before_edge, s, 200)) return e.seq + getN(e.gapsize, Length(e.seq));
     e.Log() << "Have read connect before edge and after!\n";
-    if (Len(s) < Len(e.after_edge)) return MinusGap(e, Len(s) - Len(e.after_edge), "after minus!\t");
-    return Head(s, Len(s) - Len(e.after_edge));
+    if (Length(s) < Length(e.after_edge)) return MinusGap(e, Length(s) - Length(e.after_edge), "after minus!\t");
+    return Head(s, Length(s) - Length(e.after_edge));
 }
 
 std::string BeforeByRead(Expansions& e, int k) {
-    e.before = Head(e.before, Len(e.before) - k);
+    e.before = Head(e.before, Length(e.before) - k);
     std::string s = e.before_edge + e.before;
-    if (!BeforeCrossed(e, s, e.after_edge)) return e.seq + getN(e.gapsize, Len(e.seq));
+    if (!BeforeCrossed(e, s, e.after_edge)) return e.seq + getN(e.gapsize, Length(e.seq));
     e.Log() << "Have read connect before and after edge!\n";
-    if (Len(s) < Len(e.before_edge)) return MinusGap(e, Len(s) - Len(e.before_edge), "before minus!\t");
-    return From(s, Len(e.before_edge));
+    if (Length(s) < Length(e.before_edge)) return MinusGap(e, Length(s) - Length(e.before_edge), "before minus!\t");
+    return From(s, Length(e.before_edge));
 }
 
 /// Case A.
 std::string AfterIntoBeforeEdge(Expansions& e, int over) {
     e.Log() << "The after sequence overlapped with the before edge\n";
-    const int k = over - Len(e.before);
+    const int k = over - Length(e.before);
     const std::string addN = Head(e.after, k);
-    e.Log() << "Check overlap: " << addN << '\t' << Len(addN) << '\n';
+    e.Log() << "Check overlap: " << addN << '\t' << Length(addN) << '\n';
     e.seq = From(e.after, k);
     if (!Trusted(e, addN)) {
         e.Log() << "Fail to pass overlap check!\n";
@@ -44,10 +44,10 @@ std::string AfterIntoBeforeEdge(Expansions& e, int over) {
     }
     e.Log() << "Pass overlap check!\n";
     // A genuine overlap, but far too little is left for the gap.
-    if (Len(addN) > 2.5 * ReadLen && Len(e.seq) < e.gapsize / 2 && e.before.empty()) {
-        return Ns(e.gapsize - Len(e.seq)) + e.seq;
+    if (Length(addN) > 2.5 * ReadLen && Length(e.seq) < e.gapsize / 2 && e.before.empty()) {
+        return Ns(e.gapsize - Length(e.seq)) + e.seq;
     }
-    if (Len(e.seq) > Len(e.after_edge) && Len(e.seq) < 2 * ReadLen) {
+    if (Length(e.seq) > Length(e.after_edge) && Length(e.seq) < 2 * ReadLen) {
         const std::vector<int> places = PattNum(e.after_edge, e.seq);
         if (!places.empty()) {
             e.Log() << " after edge is part of gap sequence, cut tail, and final length is " << places[0] << '\n';
@@ -61,10 +61,10 @@ std::string AfterIntoBeforeEdge(Expansions& e, int over) {
 /// looked for in what is left.
 std::string BeforeIntoAfterEdge(Expansions& e, int over) {
     e.Log() << "The before sequence overlapped with the after edge\n";
-    const int k = over - Len(e.after);
+    const int k = over - Length(e.after);
     const std::string o = Tail(e.before, over);
-    e.Log() << "Check overlap: " << o << '\t' << Len(o) << '\n';
-    e.seq = Head(e.before, Len(e.before) - k);
+    e.Log() << "Check overlap: " << o << '\t' << Length(o) << '\n';
+    e.seq = Head(e.before, Length(e.before) - k);
     if (!Trusted(e, o)) {
         e.Log() << "Fail to pass overlap check!\n";
         if (e.after.empty()) return BeforeByRead(e, k);
@@ -72,8 +72,8 @@ std::string BeforeIntoAfterEdge(Expansions& e, int over) {
         return e.seq;
     }
     e.Log() << "Pass overlap check!\n";
-    if (Len(o) > 2.5 * ReadLen && Len(e.seq) < e.gapsize / 2 && e.after.empty()) {
-        return e.seq + getN(e.gapsize, Len(e.seq));
+    if (Length(o) > 2.5 * ReadLen && Length(e.seq) < e.gapsize / 2 && e.after.empty()) {
+        return e.seq + getN(e.gapsize, Length(e.seq));
     }
     return e.seq;
 }
@@ -83,30 +83,30 @@ std::string BeforeIntoAfterEdge(Expansions& e, int over) {
 std::string SmallGap(Expansions& e, int over, int over_len) {
     e.Log() << "two expand overlapped with two edge!\n";
     std::string o;
-    if (over_len <= Len(e.before)) {
+    if (over_len <= Length(e.before)) {
         o = Head(e.before, over_len);
-    } else if (over_len <= Len(e.after)) {
+    } else if (over_len <= Length(e.after)) {
         o = Tail(e.after, over_len);
     }
-    const std::string n_str = 2 * Len(o) <= e.gapsize ? Ns(e.gapsize - 2 * Len(o)) : Ns(1);
+    const std::string n_str = 2 * Length(o) <= e.gapsize ? Ns(e.gapsize - 2 * Length(o)) : Ns(1);
     const std::string two_ends = Head(e.before, over_len) + n_str + Tail(e.after, over_len);
-    const bool both_support = Len(e.before) > Len(o) + ReadLen / 2 && Len(e.after) > Len(o) + ReadLen / 2;
+    const bool both_support = Length(e.before) > Length(o) + ReadLen / 2 && Length(e.after) > Length(o) + ReadLen / 2;
     if (e.gapsize <= min_align) return o;
-    if (Len(o) > ReadLen) {
+    if (Length(o) > ReadLen) {
         if (both_support) {
             e.Log() << "Two expand support, accept the small gap!\n";
             return o;
         }
         if (over_len > 0.5 * e.gapsize ||
-            (Len(e.after) > 0.5 * e.gapsize && Len(e.before) > 0.5 * e.gapsize && 2 * ReadLen < over)) {
+            (Length(e.after) > 0.5 * e.gapsize && Length(e.before) > 0.5 * e.gapsize && 2 * ReadLen < over)) {
             e.Log() << "Both of the expand sequence crossed the gap region!\n";
             return o;
         }
         e.Log() << "The edge of gap region maybe the same!\n";
         return two_ends;
     }
-    if (Len(o) < ReadLen / 10 && e.gapsize > ReadLen && 5 * ReadLen > e.gapsize && over > ReadLen &&
-        Len(e.before_seq) > 2 * ReadLen && Len(e.after_seq) > 2 * ReadLen) {
+    if (Length(o) < ReadLen / 10 && e.gapsize > ReadLen && 5 * ReadLen > e.gapsize && over > ReadLen &&
+        Length(e.before_seq) > 2 * ReadLen && Length(e.after_seq) > 2 * ReadLen) {
         e.Log() << "Long edge, over estimated gapsize and small real size gap.\n";
         return o;
     }
@@ -126,14 +126,15 @@ std::string SmallGap(Expansions& e, int over, int over_len) {
 std::string BeyondOneSide(Expansions& e, int over) {
     // The blank behind the line end stands in front of the next line.
     e.Log() << "Real gapsize may be quite small!\n ";
-    const int over_len = Len(e.after) + Len(e.before) - over;
+    const int over_len = Length(e.after) + Length(e.before) - over;
     if (over_len < 0) {
         // No minus gap is told here, unlike everywhere else.
         e.Log() << "gap size maybe minus!\n";
         return e.seq;
     }
     if (over_len > 0) return SmallGap(e, over, over_len);
-    const bool one_side = (Len(e.before) == over && e.after.empty()) || (Len(e.after) == over && e.before.empty());
+    const bool one_side =
+        (Length(e.before) == over && e.after.empty()) || (Length(e.after) == over && e.before.empty());
     if (!one_side) e.Log() << "over is the sum of before and after!\n";
     return "";
 }
@@ -144,7 +145,7 @@ Answer InsideBoth(Expansions& e, int over) {
     const std::string o = Head(e.after, over);
     e.seq = e.before + From(e.after, over);
     bool InBothEdge = false;
-    if (Len(o) < Len(e.before_edge) && Len(o) < Len(e.after_edge)) {
+    if (Length(o) < Length(e.before_edge) && Length(o) < Length(e.after_edge)) {
         const int p1 = string_match(o, e.before_edge, 1);
         const int p2 = string_match(o, e.after_edge, 1);
         // The very start of an edge doesn't count.
@@ -157,7 +158,7 @@ Answer InsideBoth(Expansions& e, int over) {
     // A repeat must not join the sides by itself; the longer one is cut. `before` keeps only the overlap, while `after`
     // loses it.
     if (ReadLen / 2 < over) {
-        if (Len(e.before) > Len(e.after)) {
+        if (Length(e.before) > Length(e.after)) {
             e.before = Tail(e.before, over);
         } else {
             e.after = From(e.after, over);
@@ -175,7 +176,8 @@ Answer InsideBoth(Expansions& e, int over) {
 Answer CoveredGap(Expansions& e) {
     e.Log() << "the expand sequence cover the gap region!\n";
     BuildSides(e);
-    e.Log() << "Max: " << Len(e.before) + Len(e.after) << '\t' << Len(e.before_seq) << '\t' << Len(e.after_seq) << '\n';
+    e.Log() << "Max: " << Length(e.before) + Length(e.after) << '\t' << Length(e.before_seq) << '\t'
+            << Length(e.after_seq) << '\n';
     const std::optional<int> over = JoinAlign(e);
     if (!over) return std::nullopt;
     OverLog(e, *over);

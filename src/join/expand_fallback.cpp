@@ -1,10 +1,10 @@
 // The last routes: an expansion that fills the gap nearly alone may meet the opposite edge after all (route H for
 // `before`, route I for `after`); otherwise the gap is either of size zero or stays open (route J).
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
 #include "join/expand_steps.h"
-#include "join/piece.h"
 #include "run/settings.h"
 
 namespace lintara::join {
@@ -15,37 +15,37 @@ namespace {
 bool ConfirmedByAfter(const Expansions& e) {
     if (e.after.empty()) return true;
     if (e.seq.empty()) {
-        const std::string u = Tail(e.after, Len(e.before_edge));
-        return Agree(e.before_edge, u, Len(u));
+        const std::string u = Tail(e.after, Length(e.before_edge));
+        return Agree(e.before_edge, u, Length(u));
     }
-    const std::string u = Tail(e.after, Len(e.seq));
-    return Agree(e.seq, u, Len(u));
+    const std::string u = Tail(e.after, Length(e.seq));
+    return Agree(e.seq, u, Length(u));
 }
 
 /// Whether `before` agrees with `seq`, what `after` holds behind the before edge.
 bool ConfirmedByBefore(const Expansions& e) {
     if (e.before.empty()) return true;
     if (e.seq.empty()) {
-        const std::string u = Head(e.before, Len(e.after_edge));
-        return Agree(u, e.after_edge, Len(u));
+        const std::string u = Head(e.before, Length(e.after_edge));
+        return Agree(u, e.after_edge, Length(u));
     }
-    const std::string u = Head(e.before, Len(e.seq));
-    return Agree(u, e.seq, Len(u));
+    const std::string u = Head(e.before, Length(e.seq));
+    return Agree(u, e.seq, Length(u));
 }
 
 /// A read joins `before`, as it is now, with the after edge: the end of the shorter expansion against the longer one.
 Answer FinalCheck(const Expansions& e) {
     e.Log() << "final check: \nbefore: " << e.before << "\nafter: " << e.after << '\n';
     double ratio = 0;
-    if (Len(e.after) > Len(e.before)) {
-        if (e.before == Tail(e.after, Len(e.before))) return e.before;
-        ratio = GetMatchRatio(e.after, e.before, Len(e.before));
+    if (Length(e.after) > Length(e.before)) {
+        if (e.before == Tail(e.after, Length(e.before))) return e.before;
+        ratio = GetMatchRatio(e.after, e.before, Length(e.before));
     } else {
-        if (e.after == Tail(e.before, Len(e.after))) return e.before;
-        ratio = GetMatchRatio(e.before, e.after, Len(e.after));
+        if (e.after == Tail(e.before, Length(e.after))) return e.before;
+        ratio = GetMatchRatio(e.before, e.after, Length(e.after));
     }
     e.Log() << "match ratio " << ratio << '\n';
-    if (ratio >= 0.9 || (1 - ratio) * Len(e.after) < 3) {
+    if (ratio >= 0.9 || (1 - ratio) * Length(e.after) < 3) {
         e.Log() << "maybe before or after have mistakes!\n";
         return e.before;
     }
@@ -55,33 +55,35 @@ Answer FinalCheck(const Expansions& e) {
 }  // namespace
 
 Answer RouteH(Expansions& e) {
-    if (Len(e.before) > e.gapsize || Len(e.before) <= 0.8 * e.gapsize) return std::nullopt;
+    if (Length(e.before) > e.gapsize || Length(e.before) <= 0.8 * e.gapsize) return std::nullopt;
     std::string s = e.before_edge + e.before;
     const int r = align_connect(s, e.after_edge, min_align);
     e.Log() << "before possible overlap check!\n";
-    if (r >= 0 && min_align + r <= Len(e.before)) {
+    if (r >= 0 && min_align + r <= Length(e.before)) {
         e.Log() << "Before overlapped with after edge!\n";
-        e.seq = Head(e.before, Len(e.before) - (min_align + r));
+        e.seq = Head(e.before, Length(e.before) - (min_align + r));
         if (ConfirmedByAfter(e)) return e.seq;
         return std::nullopt;
     }
     if (!BeforeCrossed(e, s, e.after_edge)) return std::nullopt;
     e.Log() << "read connect before and after edge!\n";
-    if (Len(s) < Len(e.before_edge)) return MinusGap(e, Len(s) - Len(e.before_edge), "real gapsize maybe minus!\t");
+    if (Length(s) < Length(e.before_edge))
+        return MinusGap(e, Length(s) - Length(e.before_edge), "real gapsize maybe minus!\t");
     // Unlike the twin, this one changes its expansion and asks the other one.
-    e.before = From(s, Len(e.before_edge));
+    e.before = From(s, Length(e.before_edge));
     return FinalCheck(e);
 }
 
 Answer RouteI(Expansions& e) {
-    if (Len(e.after) > e.gapsize || Len(e.after) <= 0.8 * e.gapsize) return std::nullopt;
-    const int tail = 2 * Len(e.before_edge);
+    if (Length(e.after) > e.gapsize || Length(e.after) <= 0.8 * e.gapsize) return std::nullopt;
+    const int tail = 2 * Length(e.before_edge);
     // Only here: a long side is looked at in its last bases, and yet cut as if it had been looked at whole.
-    std::string used = (Len(e.after) >= tail && tail > 0.5 * e.gapsize ? Tail(e.after, tail) : e.after) + e.after_edge;
+    std::string used =
+        (Length(e.after) >= tail && tail > 0.5 * e.gapsize ? Tail(e.after, tail) : e.after) + e.after_edge;
     const int r = align_connect(e.before_edge, used, min_align);
     const int o = min_align + r;
     e.Log() << "after possible overlap check!\t" << o << '\n';
-    if (r >= 0 && o <= Len(e.after)) {
+    if (r >= 0 && o <= Length(e.after)) {
         e.Log() << "After overlapped with before edge!\n";
         e.seq = From(e.after, o);
         if (ConfirmedByBefore(e)) return e.seq;
@@ -89,9 +91,10 @@ Answer RouteI(Expansions& e) {
     }
     if (!AfterCrossed(e, e.before_edge, used, 2 * ReadLen)) return std::nullopt;
     e.Log() << "read connect after and before edge!\n";
-    if (Len(used) < Len(e.after_edge)) return MinusGap(e, Len(used) - Len(e.after_edge), "gap size maybe minus!\t");
-    e.seq = Head(used, Len(used) - Len(e.after_edge));
-    if (Len(e.before) >= min_align && Len(e.seq) >= min_align) {
+    if (Length(used) < Length(e.after_edge))
+        return MinusGap(e, Length(used) - Length(e.after_edge), "gap size maybe minus!\t");
+    e.seq = Head(used, Length(used) - Length(e.after_edge));
+    if (Length(e.before) >= min_align && Length(e.seq) >= min_align) {
         // For the log alone: the answer is the same either way.
         const double ratio = GetMatchRatio(Head(e.before, min_align), Head(e.seq, min_align), min_align);
         if (ratio > 0.9) {
@@ -110,17 +113,17 @@ bool ZeroGap(const Expansions& e) {
     if (e.before.empty() || e.after.empty()) return false;
     const std::string t2 = Tail(e.after, min_align);
     const std::string t1 = Head(e.before, min_align);
-    if (Tail(e.before_edge, Len(t2)) == t2 && Head(e.after_edge, Len(t1)) == t1) {
+    if (Tail(e.before_edge, Length(t2)) == t2 && Head(e.after_edge, Length(t1)) == t1) {
         e.Log() << "Real gapsize is zero!\n";
         return true;
     }
-    const int before_edge = Len(e.before_edge);
-    if (Len(e.after) >= before_edge && Agree(e.before_edge, Tail(e.after, before_edge), before_edge)) {
+    const int before_edge = Length(e.before_edge);
+    if (Length(e.after) >= before_edge && Agree(e.before_edge, Tail(e.after, before_edge), before_edge)) {
         e.Log() << "After contain before edge!\n";
         return true;
     }
-    const int after_edge = Len(e.after_edge);
-    if (Len(e.before) >= after_edge && Agree(Head(e.before, after_edge), e.after_edge, after_edge)) {
+    const int after_edge = Length(e.after_edge);
+    if (Length(e.before) >= after_edge && Agree(Head(e.before, after_edge), e.after_edge, after_edge)) {
         e.Log() << "Before contain after edge!\n";
         return true;
     }

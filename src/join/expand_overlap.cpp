@@ -2,10 +2,10 @@
 // (route E), a read across sides that are cut to fit the gap together (route F), and a read across one side that is cut
 // and one that is whole (route G). All three need min_align bases on each side.
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
 #include "join/expand_steps.h"
-#include "join/piece.h"
 #include "run/settings.h"
 
 namespace lintara::join {
@@ -18,18 +18,18 @@ Answer OverlapInside(Expansions& e, int o) {
     const std::string t1 = Head(e.after, o);
     const std::string t2 = Tail(e.before, o);
     if (Trusted(e, t1)) {
-        if (Len(t1) <= 9 && t1 != t2) {
+        if (Length(t1) <= 9 && t1 != t2) {
             e.Log() << "over region is too short, cannot connect!\n";
             return Ns(e.gapsize);
         }
-        e.Log() << "before cutted part have mistakes!, now before and after overlap: " << Len(t1) << '\n';
+        e.Log() << "before cutted part have mistakes!, now before and after overlap: " << Length(t1) << '\n';
         return e.seq;
     }
     e.Log() << "not passed the over check!\n";
     const std::string s1 = e.before_edge + e.before;
     std::string s2 = e.after + e.after_edge;
     if (AfterCrossed(e, s1, s2, FullLimit(e))) return AfterJoin(e, s2, "gapsize maybe minus!\t");
-    if (e.gapsize < ReadLen && Len(e.seq) > e.gapsize) {
+    if (e.gapsize < ReadLen && Length(e.seq) > e.gapsize) {
         e.Log() << "Still accept the sequence.\n";
         return e.seq;
     }
@@ -42,17 +42,17 @@ std::string AfterInsideBefore(Expansions& e, int o) {
     std::string s = e.after + e.after_edge;
     if (AfterCrossed(e, e.before, s, ReadLen)) {
         e.Log() << "before and after connected!\n";
-        if (Len(s) < Len(e.after_edge)) return Head(e.before, Len(e.before) - o);
-        return e.before + Head(s, Len(s) - Len(e.after_edge));
+        if (Length(s) < Length(e.after_edge)) return Head(e.before, Length(e.before) - o);
+        return e.before + Head(s, Length(s) - Length(e.after_edge));
     }
-    const int end = Len(e.before) - o + Len(e.after);
+    const int end = Length(e.before) - o + Length(e.after);
     const std::string t = From(e.before, end);
-    const std::string start_of_edge = Head(t, Len(e.after_edge));
-    const double ratio = GetMatchRatio(start_of_edge, e.after_edge, Len(start_of_edge));
+    const std::string start_of_edge = Head(t, Length(e.after_edge));
+    const double ratio = GetMatchRatio(start_of_edge, e.after_edge, Length(start_of_edge));
     if (ratio > 0.9) return Head(e.before, end);
     e.Log() << "after edge not support before! " << ratio << '\n';
-    const std::string right = Head(e.before, Len(e.before) - o);
-    const int k = e.gapsize - (Len(right) + Len(e.after));
+    const std::string right = Head(e.before, Length(e.before) - o);
+    const int k = e.gapsize - (Length(right) + Length(e.after));
     return right + Ns(k > 0 ? k : 1) + e.after;
 }
 
@@ -63,19 +63,19 @@ Answer BeforeInsideAfter(Expansions& e, int o) {
         e.Log() << "before and after connected!\n";
         return e.before + e.after;
     }
-    const std::string used = Head(e.after, o - Len(e.before));
-    const std::string end_of_edge = Tail(used, Len(e.before_edge));
-    if (Agree(e.before_edge, end_of_edge, Len(end_of_edge))) return From(e.after, o - Len(e.before));
+    const std::string used = Head(e.after, o - Length(e.before));
+    const std::string end_of_edge = Tail(used, Length(e.before_edge));
+    if (Agree(e.before_edge, end_of_edge, Length(end_of_edge))) return From(e.after, o - Length(e.before));
     return std::nullopt;
 }
 
 /// E4, copies of the shorter expansion in the longer one.
 Answer Copies(const Expansions& e) {
-    if (Len(e.before) > Len(e.after)) {
+    if (Length(e.before) > Length(e.after)) {
         const std::vector<int> places = PattNum(e.after, e.before);
         if (places.size() <= 1) return std::nullopt;
         e.Log() << "More than one copy of left after: " << e.after << '\n';
-        return Head(e.before, places.back() + Len(e.after));
+        return Head(e.before, places.back() + Length(e.after));
     }
     const std::vector<int> places = PattNum(e.before, e.after);
     if (places.size() <= 1) return std::nullopt;
@@ -89,26 +89,26 @@ Answer Exchanged(Expansions& e) {
     const int o = min_align + r;
     e.Log() << "before and after exchange:  " << o << '\n';
     e.Log() << "break: " << e.noreadbreak1 << '\t' << e.noreadbreak2 << '\n';
-    const bool counts = r >= 0 && o <= Len(e.after) && (e.BothBreak() || o >= ReadLen / 2);
+    const bool counts = r >= 0 && o <= Length(e.after) && (e.BothBreak() || o >= ReadLen / 2);
     if (!counts) return std::nullopt;
     e.seq = Tail(e.after, o);
-    if (Len(e.after) > Len(e.before_edge) + o) {
-        const std::string t = Tail(Head(e.after, Len(e.after) - o), Len(e.before_edge));
-        if (Agree(t, e.before_edge, Len(t))) {
+    if (Length(e.after) > Length(e.before_edge) + o) {
+        const std::string t = Tail(Head(e.after, Length(e.after) - o), Length(e.before_edge));
+        if (Agree(t, e.before_edge, Length(t))) {
             e.Log() << "The gap size is quite small and after contain before edge!\n";
             return e.seq;
         }
     }
-    if (Len(e.before) > Len(e.after_edge) + o) {
-        const std::string t = Head(From(e.before, o), Len(e.after_edge));
-        if (Agree(t, e.after_edge, Len(t))) {
+    if (Length(e.before) > Length(e.after_edge) + o) {
+        const std::string t = Head(From(e.before, o), Length(e.after_edge));
+        if (Agree(t, e.after_edge, Length(t))) {
             e.Log() << "The gap size is quite small and before contain after edge!\n";
             return e.seq;
         }
     }
     if (o < 2 * e.gapsize / 5) {
         e.Log() << "The two edge of the gap region sequence is the same!\n";
-        const int k = o + Len(e.after) < e.gapsize ? e.gapsize - (o + Len(e.after)) : 1;
+        const int k = o + Length(e.after) < e.gapsize ? e.gapsize - (o + Length(e.after)) : 1;
         return Head(e.before, o) + Ns(k) + e.after;
     }
     e.Log() << "The gap size is quite small!\n";
@@ -121,8 +121,8 @@ Answer RouteE(Expansions& e) {
     const int r = align_connect(e.before, e.after, min_align);
     const int o = min_align + r;
     e.Log() << "before expand overlapped with after expand: " << o << '\n';
-    if (r >= 0 && o <= Len(e.after) && o <= Len(e.before)) return OverlapInside(e, o);
-    if (r >= 0 && o > Len(e.after)) return AfterInsideBefore(e, o);
+    if (r >= 0 && o <= Length(e.after) && o <= Length(e.before)) return OverlapInside(e, o);
+    if (r >= 0 && o > Length(e.after)) return AfterInsideBefore(e, o);
     if (r >= 0) {
         if (Answer answer = BeforeInsideAfter(e, o)) return answer;
     }
@@ -140,14 +140,14 @@ struct CutSides {
 
 CutSides CutLonger(const Expansions& e) {
     CutSides sides{e.after + e.after_edge, e.before_edge + e.before};
-    const int surplus = Len(e.after) + Len(e.before) - e.gapsize;
-    if (0.8 * e.gapsize > Len(e.before) && 0.8 * e.gapsize > Len(e.after) && surplus > 0) {
-        if (Len(e.after) > Len(e.before)) {
+    const int surplus = Length(e.after) + Length(e.before) - e.gapsize;
+    if (0.8 * e.gapsize > Length(e.before) && 0.8 * e.gapsize > Length(e.after) && surplus > 0) {
+        if (Length(e.after) > Length(e.before)) {
             e.Log() << "cut after for " << surplus << " bp.\n";
             sides.ta = From(e.after, surplus) + e.after_edge;
         } else {
             e.Log() << "cut before for " << surplus << " bp.\n";
-            sides.tb = e.before_edge + Head(e.before, e.gapsize - Len(e.after));
+            sides.tb = e.before_edge + Head(e.before, e.gapsize - Length(e.after));
         }
     }
     return sides;
@@ -155,17 +155,17 @@ CutSides CutLonger(const Expansions& e) {
 
 /// A read has joined the sides.
 Answer JoinedSides(Expansions& e, const CutSides& sides) {
-    const int kept = Len(sides.ta) - Len(e.after_edge);
-    e.Log() << "before and after connected!\tbefore size: " << Len(e.before) << "\tafter size: " << Len(e.after)
+    const int kept = Length(sides.ta) - Length(e.after_edge);
+    e.Log() << "before and after connected!\tbefore size: " << Length(e.before) << "\tafter size: " << Length(e.after)
             << '\n';
-    if (kept + Len(e.before) == 0) {
+    if (kept + Length(e.before) == 0) {
         e.seq.clear();
         return e.seq;
     }
     if (kept < 0) return MinusGap(e, kept, "gapsize maybe minus!\t");
-    e.seq = From(sides.tb, Len(e.before_edge)) + Head(sides.ta, kept);
-    const bool enough = e.BothBreak() || Len(e.before) > 0.8 * e.gapsize || Len(e.after) > 0.8 * e.gapsize ||
-                        Len(e.seq) > 0.6 * e.gapsize;
+    e.seq = From(sides.tb, Length(e.before_edge)) + Head(sides.ta, kept);
+    const bool enough = e.BothBreak() || Length(e.before) > 0.8 * e.gapsize || Length(e.after) > 0.8 * e.gapsize ||
+                        Length(e.seq) > 0.6 * e.gapsize;
     if (enough) return e.seq;
     return std::nullopt;
 }
@@ -176,23 +176,23 @@ Answer OverlappedSides(const Expansions& e, const CutSides& sides) {
     const std::string& tb = sides.tb;
     const int r = align_connect(tb, ta, min_align);
     const int o = min_align + r;
-    if (r < 0 || o > Len(ta) || o > Len(tb)) return std::nullopt;
+    if (r < 0 || o > Length(ta) || o > Length(tb)) return std::nullopt;
     e.Log() << "have overlap after cut!\t" << o << '\n';
     const std::string n_str = Ns(o);
     const bool accepted = o > 10 || Head(ta, o) == Tail(tb, o);
-    if (Len(tb) == Len(e.before_edge) + Len(e.before)) {
-        if (o + Len(e.after_edge) >= Len(ta)) return std::nullopt;
-        const std::string m = Head(From(ta, o), Len(ta) - o - Len(e.after_edge));
+    if (Length(tb) == Length(e.before_edge) + Length(e.before)) {
+        if (o + Length(e.after_edge) >= Length(ta)) return std::nullopt;
+        const std::string m = Head(From(ta, o), Length(ta) - o - Length(e.after_edge));
         if (accepted) return e.before + m;
         e.Log() << "overlap not accepted!\n";
-        if (Len(e.before) < o) return n_str + m;
-        return Head(e.before, Len(e.before) - o) + n_str + m;
+        if (Length(e.before) < o) return n_str + m;
+        return Head(e.before, Length(e.before) - o) + n_str + m;
     }
-    if (o + Len(e.before_edge) >= Len(tb)) return std::nullopt;
-    const std::string m = Head(From(tb, Len(e.before_edge)), Len(tb) - o - Len(e.before_edge));
+    if (o + Length(e.before_edge) >= Length(tb)) return std::nullopt;
+    const std::string m = Head(From(tb, Length(e.before_edge)), Length(tb) - o - Length(e.before_edge));
     if (accepted) return m + e.after;
     e.Log() << "overlap not accepted!\n";
-    if (Len(e.after) < o) return m + n_str;
+    if (Length(e.after) < o) return m + n_str;
     return m + n_str + From(e.after, o);
 }
 
@@ -209,43 +209,44 @@ Answer RouteF(Expansions& e) {
 namespace {
 
 Answer CutAfter(Expansions& e) {
-    const int surplus = Len(e.after) + Len(e.before) - e.gapsize;
+    const int surplus = Length(e.after) + Length(e.before) - e.gapsize;
     std::string cuttmp = surplus > 0 ? From(e.after, surplus) : e.after;
-    if (Len(cuttmp) < min_align) cuttmp = From(e.after, Len(e.after) - min_align - 1);
+    if (Length(cuttmp) < min_align) cuttmp = From(e.after, Length(e.after) - min_align - 1);
     e.Log() << "cut after: " << cuttmp << '\n';
     const std::string s1 = e.before_edge + e.before;
     std::string s2 = cuttmp + e.after_edge;
     if (!AfterCrossed(e, s1, s2, 2 * ReadLen) || !e.BothBreak()) return std::nullopt;
-    const int d = Len(e.after_edge) - Len(s2);
-    if (d > Len(e.before)) {
-        e.realgaplen = Len(e.before) - d;
-        e.Log() << "the gap size maybe minus!\t-" << d - Len(e.before) << '\n';
+    const int d = Length(e.after_edge) - Length(s2);
+    if (d > Length(e.before)) {
+        e.realgaplen = Length(e.before) - d;
+        e.Log() << "the gap size maybe minus!\t-" << d - Length(e.before) << '\n';
         return e.seq;
     }
-    if (d > 0) return Head(e.before, Len(e.before) - d);
+    if (d > 0) return Head(e.before, Length(e.before) - d);
     return e.before + Head(s2, -d);
 }
 
 /// Unlike the twin it looks at reads of up to ReadLen bases only, and takes the read for a yes without using what it
 /// says about the bases between.
 Answer CutBeforeSide(Expansions& e) {
-    const int surplus = Len(e.after) + Len(e.before) - e.gapsize;
-    std::string cuttmp = surplus > 0 ? Head(e.before, e.gapsize - Len(e.after)) : e.before;
-    if (Len(cuttmp) < min_align) cuttmp = Head(e.before, min_align + 1);
+    const int surplus = Length(e.after) + Length(e.before) - e.gapsize;
+    std::string cuttmp = surplus > 0 ? Head(e.before, e.gapsize - Length(e.after)) : e.before;
+    if (Length(cuttmp) < min_align) cuttmp = Head(e.before, min_align + 1);
     e.Log() << "cut before: " << cuttmp << '\n';
     const std::string s1 = e.before_edge + cuttmp;
     std::string s2 = e.after + e.after_edge;
     if (!AfterCrossed(e, s1, s2, ReadLen)) return std::nullopt;
     e.seq = cuttmp + e.after;
-    if (e.BothBreak() || Len(e.seq) > 0.8 * e.gapsize) return e.seq;
+    if (e.BothBreak() || Length(e.seq) > 0.8 * e.gapsize) return e.seq;
     return std::nullopt;
 }
 
 }  // namespace
 
 Answer RouteG(Expansions& e) {
-    if (Len(e.after) > Len(e.before) && Len(e.before) < e.gapsize && Len(e.after) > min_align + 1) return CutAfter(e);
-    if (Len(e.before) > Len(e.after) && Len(e.after) < e.gapsize && Len(e.before) > min_align + 1) {
+    if (Length(e.after) > Length(e.before) && Length(e.before) < e.gapsize && Length(e.after) > min_align + 1)
+        return CutAfter(e);
+    if (Length(e.before) > Length(e.after) && Length(e.after) < e.gapsize && Length(e.before) > min_align + 1) {
         return CutBeforeSide(e);
     }
     return std::nullopt;

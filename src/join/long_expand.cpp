@@ -3,18 +3,13 @@
 #include <fstream>
 
 #include "align/overlap.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
-#include "join/piece.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
 namespace lintara {
-
-using join::From;
-using join::Head;
-using join::Len;
-using join::Tail;
 
 namespace {
 
@@ -32,23 +27,23 @@ bool Exact(const std::string& read1, const std::string& read2, int over) {
 /// Checks `seq`, what `before` holds in front of the after edge, against `after`.
 Outcome CheckAgainstAfter(std::string& before, const std::string& after, const std::string& before_edge,
                           std::string& seq, std::ofstream& log) {
-    if (seq.empty() && Len(after) > min_align) {
+    if (seq.empty() && Length(after) > min_align) {
         log << "zero after check!\n";
         if (Exact(Tail(before_edge, min_align), Tail(after, min_align), min_align)) return Outcome::kFilled;
         before = seq;
         return Outcome::kGoOn;
     }
-    if (!seq.empty() && Len(after) > Len(seq)) {
+    if (!seq.empty() && Length(after) > Length(seq)) {
         log << "gap region after check!\n";
-        if (Agree(Tail(after, Len(seq)), seq, Len(seq))) return Outcome::kFilled;
+        if (Agree(Tail(after, Length(seq)), seq, Length(seq))) return Outcome::kFilled;
         before = seq;
         return Outcome::kGoOn;
     }
     if (seq.empty() || after.empty()) return Outcome::kFilled;
     log << "after check!\n";
-    if (Agree(Tail(seq, Len(after)), after, Len(after))) return Outcome::kFilled;
+    if (Agree(Tail(seq, Length(after)), after, Length(after))) return Outcome::kFilled;
     before = seq;
-    if (Len(after) > ReadLen && Len(seq) > 2 * ReadLen) {
+    if (Length(after) > ReadLen && Length(seq) > 2 * ReadLen) {
         log << "try cut before!\n";
         return CutBefore(seq, after) ? Outcome::kFilled : Outcome::kNotFilled;
     }
@@ -59,19 +54,19 @@ Outcome CheckAgainstAfter(std::string& before, const std::string& after, const s
 /// the twin.
 bool CheckAgainstBefore(const std::string& before, const std::string& after_edge, const std::string& seq,
                         std::ofstream& log) {
-    if (!seq.empty() && Len(seq) < Len(before)) {
+    if (!seq.empty() && Length(seq) < Length(before)) {
         log << "gap region before check!\n";
-        return Agree(Head(before, Len(seq)), seq, Len(seq));
+        return Agree(Head(before, Length(seq)), seq, Length(seq));
     }
     if (!seq.empty()) {
         if (before.empty()) return true;
         log << "before check!\n";
-        return Agree(Head(seq, Len(before)), before, Len(before));
+        return Agree(Head(seq, Length(before)), before, Length(before));
     }
     log << "zero before check!\n";
     if (before.empty()) return true;
-    if (min_align <= Len(before)) return Exact(Head(after_edge, min_align), Head(before, min_align), min_align);
-    return Exact(Head(after_edge, Len(before)), before, Len(before));
+    if (min_align <= Length(before)) return Exact(Head(after_edge, min_align), Head(before, min_align), min_align);
+    return Exact(Head(after_edge, Length(before)), before, Length(before));
 }
 
 /// Looks for the front half of the after edge in or at the end of `before`.
@@ -79,17 +74,17 @@ bool AfterEdgeByOverlap(const std::string& before, const std::string& after_edge
                         std::ofstream& log) {
     log << "zero after check!\n";
     int after_len = -1;
-    const std::string half = Head(after_edge, Len(after_edge) / 2);
+    const std::string half = Head(after_edge, Length(after_edge) / 2);
     const int pos = overlap_after_len(before, half, 1, after_len, 0.95);
     log << "after len: " << after_len << "\toverlap: " << pos << '\n';
     if (after_len >= 0) {
         log << "before cover the after edge!\n";
-        seq = Head(before, Len(before) - Len(half) - after_len);
+        seq = Head(before, Length(before) - Length(half) - after_len);
         return true;
     }
     if (pos >= 1) {
         log << "before overlapped with the after edge!\n";
-        seq = Head(before, Len(before) - pos);
+        seq = Head(before, Length(before) - pos);
         return true;
     }
     return false;
@@ -100,11 +95,12 @@ bool AfterEdgeByOverlap(const std::string& before, const std::string& after_edge
 bool BeforeEdgeByOverlap(const std::string& after, const std::string& before_edge, std::string& seq,
                          std::ofstream& log) {
     int before_len = -1;
-    const std::string half = Len(before_edge) / 2 > min_align ? From(before_edge, Len(before_edge) / 2) : before_edge;
+    const std::string half =
+        Length(before_edge) / 2 > min_align ? From(before_edge, Length(before_edge) / 2) : before_edge;
     const int pos = overlap_before_len(half, after, 1, before_len, 0.95);
     if (before_len >= 0) {
         log << "after cover the before edge!\n";
-        seq = From(after, before_len + Len(half));
+        seq = From(after, before_len + Length(half));
         return true;
     }
     if (pos >= 1) {
@@ -138,7 +134,7 @@ Outcome LongAfter(const std::string& before, const std::string& after, const std
     const int pos = string_match(before_edge, after, 1);
     if (pos >= 0) {
         log << "after cover the before edge!\n";
-        seq = From(after, pos + Len(before_edge));
+        seq = From(after, pos + Length(before_edge));
         if (CheckAgainstBefore(before, after_edge, seq, log)) return Outcome::kFilled;
     }
     const bool filled = before.empty() && BeforeEdgeByOverlap(after, before_edge, seq, log);
@@ -150,11 +146,11 @@ Outcome LongAfter(const std::string& before, const std::string& after, const std
 bool LongExpandFill(std::string& before, const std::string& after, const std::string& before_edge,
                     const std::string& after_edge, int gapsize, std::string& seq, int threadId) {
     std::ofstream& log = logFile[threadId];
-    if (Len(before) > gapsize + Len(after_edge)) {
+    if (Length(before) > gapsize + Length(after_edge)) {
         const Outcome outcome = LongBefore(before, after, before_edge, after_edge, seq, log);
         if (outcome != Outcome::kGoOn) return outcome == Outcome::kFilled;
     }
-    if (Len(after) > gapsize + Len(before_edge)) {
+    if (Length(after) > gapsize + Length(before_edge)) {
         return LongAfter(before, after, before_edge, after_edge, seq, log) == Outcome::kFilled;
     }
     return false;

@@ -5,20 +5,13 @@
 #include <optional>
 
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "consensus/seed.h"
 #include "join/checks.h"
-#include "join/piece.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
 namespace lintara {
-
-using join::From;
-using join::Head;
-using join::Len;
-using join::Ns;
-using join::Tail;
-using join::WithoutLast;
 
 namespace {
 
@@ -40,9 +33,9 @@ struct ShortJoin {
 
     std::ofstream& log() const { return logFile[threadId]; }
     std::string open() const { return Ns(gapsize); }
-    int sum() const { return Len(before) + Len(after); }
-    int used1() const { return Len(tmp1) - Len(edge0); }
-    int used2() const { return Len(tmp2) - Len(edge1); }
+    int sum() const { return Length(before) + Length(after); }
+    int used1() const { return Length(tmp1) - Length(edge0); }
+    int used2() const { return Length(tmp2) - Length(edge1); }
 };
 
 /// Whether the end of `left` overlaps the start of `right`, and by how many bases.
@@ -65,20 +58,20 @@ Answer DirectOverlap(ShortJoin& s) {
     if (!Aligns(s.tmp1, s.tmp2, over)) return std::nullopt;
     s.log() << "Have overlap: " << over << "\tbefore size: " << s.before.size() << "\tafter size: " << s.after.size()
             << '\n';
-    if (over <= Len(s.after)) return s.before + From(s.after, over);
-    if (over <= Len(s.before)) return WithoutLast(s.before, over) + s.after;
+    if (over <= Length(s.after)) return s.before + From(s.after, over);
+    if (over <= Length(s.before)) return WithoutLast(s.before, over) + s.after;
     if (over <= s.sum()) {
         const int overlen = s.sum() - over;
-        if (overlen < Len(s.before)) return Head(s.before, overlen);
-        if (overlen < Len(s.after)) return Tail(s.after, overlen);
+        if (overlen < Length(s.before)) return Head(s.before, overlen);
+        if (overlen < Length(s.after)) return Tail(s.after, overlen);
     }
     return Minus(s, s.sum() - over, "gap size maybe minus\t");
 }
 
 /// Longest read that may join the two expansions.
 int ReadLimit(const ShortJoin& s) {
-    const bool far_apart = Len(s.before) >= ReadLen && Len(s.after) >= ReadLen &&
-                           Len(s.before) + ReadLen <= s.gapsize && Len(s.after) + ReadLen <= s.gapsize;
+    const bool far_apart = Length(s.before) >= ReadLen && Length(s.after) >= ReadLen &&
+                           Length(s.before) + ReadLen <= s.gapsize && Length(s.after) + ReadLen <= s.gapsize;
     return far_apart ? ReadLen : 2 * ReadLen;
 }
 
@@ -87,40 +80,40 @@ Answer DirectRead(ShortJoin& s) {
     s.log() << "Direct connect: " << limit << '\n';
     if (!AfterCrossCheck(s.tmp1, s.reads, s.tmp2, limit, s.threadId)) return std::nullopt;
     s.log() << "read connect before and after!\n";
-    if (Len(s.tmp2) >= Len(s.edge1)) return s.before + WithoutLast(s.tmp2, Len(s.edge1));
+    if (Length(s.tmp2) >= Length(s.edge1)) return s.before + WithoutLast(s.tmp2, Length(s.edge1));
     // On purpose reckoned from the whole expansion, not from what the read left of it.
-    const int ids = Len(s.edge1) - Len(s.after);
-    if (ids > Len(s.before)) return Minus(s, Len(s.before) - ids, "gap size maybe minus\t");
+    const int ids = Length(s.edge1) - Length(s.after);
+    if (ids > Length(s.before)) return Minus(s, Length(s.before) - ids, "gap size maybe minus\t");
     return WithoutLast(s.before, ids);
 }
 
 /// An overlap that covers both expansions leaves of the one what the other one doesn't hold.
 Answer OverlapOfBoth(ShortJoin& s, int over) {
-    if (over < Len(s.before) || over < Len(s.after)) return std::nullopt;
+    if (over < Length(s.before) || over < Length(s.after)) return std::nullopt;
     const int len = s.sum() - over;
     if (len < 0) return Minus(s, len);
-    if (Len(s.before) > len) return Head(s.before, len);
-    if (Len(s.after) > len) return Tail(s.after, len);
+    if (Length(s.before) > len) return Head(s.before, len);
+    if (Length(s.after) > len) return Tail(s.after, len);
     return std::nullopt;
 }
 
 void CutBeforeSide(ShortJoin& s) {
-    if (Len(s.before) <= s.gapsize) return;
+    if (Length(s.before) <= s.gapsize) return;
     s.tmp1 = s.edge0 + Head(s.before, s.gapsize < min_align ? 2 * min_align : s.gapsize);
 }
 
 /// The mirror.
 void CutAfterSide(ShortJoin& s) {
-    if (Len(s.after) <= s.gapsize) return;
+    if (Length(s.after) <= s.gapsize) return;
     s.tmp2 = Tail(s.after, s.gapsize < min_align ? 2 * min_align : s.gapsize) + s.edge1;
 }
 
 Answer BeforeReachesAfter(ShortJoin& s) {
     if (BeforeCrossCheck(s.tmp1, s.reads, s.tmp2, s.threadId)) {
         s.log() << "read connect short before and after!\n";
-        if (s.used1() >= 0) return From(s.tmp1, Len(s.edge0)) + s.after;
+        if (s.used1() >= 0) return From(s.tmp1, Length(s.edge0)) + s.after;
         const int ids = -s.used1();
-        if (ids > Len(s.after)) return Minus(s, Len(s.after) - ids);
+        if (ids > Length(s.after)) return Minus(s, Length(s.after) - ids);
         return From(s.after, ids);
     }
     int over = 0;
@@ -128,20 +121,20 @@ Answer BeforeReachesAfter(ShortJoin& s) {
     s.log() << "have overlap with after : " << over << '\n';
     if (Answer answer = OverlapOfBoth(s, over)) return answer;
     if (over > s.used1()) {
-        const int dis = over - Len(s.before);
-        if (dis > Len(s.after)) return Minus(s, Len(s.after) - dis);
+        const int dis = over - Length(s.before);
+        if (dis > Length(s.after)) return Minus(s, Length(s.after) - dis);
         return From(s.after, dis);
     }
     // On purpose nothing of the other expansion follows, unlike on the after side.
-    return WithoutLast(From(s.tmp1, Len(s.edge0)), over);
+    return WithoutLast(From(s.tmp1, Length(s.edge0)), over);
 }
 
 Answer AfterReachesBefore(ShortJoin& s) {
     if (AfterCrossCheck(s.tmp1, s.reads, s.tmp2, 2 * ReadLen, s.threadId)) {
         s.log() << "read connect short after and before!\n";
-        if (s.used2() >= 0) return s.before + WithoutLast(s.tmp2, Len(s.edge1));
+        if (s.used2() >= 0) return s.before + WithoutLast(s.tmp2, Length(s.edge1));
         const int dis = -s.used2();
-        if (dis > Len(s.before)) return Minus(s, Len(s.before) - dis, "real gaps size maybe minus! ");
+        if (dis > Length(s.before)) return Minus(s, Length(s.before) - dis, "real gaps size maybe minus! ");
         return WithoutLast(s.before, dis);
     }
     int over = 0;
@@ -151,23 +144,23 @@ Answer AfterReachesBefore(ShortJoin& s) {
     if (over > s.used2()) {
         // On purpose reckoned from what is in use; the before side reckons from its whole expansion.
         const int dis = over - s.used2();
-        if (dis > Len(s.before)) return Minus(s, Len(s.before) - dis);
+        if (dis > Length(s.before)) return Minus(s, Length(s.before) - dis);
         return WithoutLast(s.before, dis);
     }
-    return s.before + WithoutLast(From(s.tmp2, over), Len(s.edge1));
+    return s.before + WithoutLast(From(s.tmp2, over), Length(s.edge1));
 }
 
 Answer BeforeReachesEdge(ShortJoin& s) {
     if (BeforeCrossCheck(s.tmp1, s.reads, s.edge1, s.threadId)) {
         s.log() << "read connect short before and after edge!\n";
         if (s.used1() < 0) return Minus(s, s.used1());
-        return From(s.tmp1, Len(s.edge0));
+        return From(s.tmp1, Length(s.edge0));
     }
     int over = 0;
     if (!Aligns(s.tmp1, s.edge1, over)) return std::nullopt;
     s.log() << "have overlap with after edge: " << over << '\n';
     if (over > s.used1()) return Minus(s, s.used1() - over);
-    return WithoutLast(From(s.tmp1, Len(s.edge0)), over);
+    return WithoutLast(From(s.tmp1, Length(s.edge0)), over);
 }
 
 /// The mirror; its first message has no tab.
@@ -175,20 +168,20 @@ Answer AfterReachesEdge(ShortJoin& s) {
     if (AfterCrossCheck(s.edge0, s.reads, s.tmp2, 2 * ReadLen, s.threadId)) {
         s.log() << "read connect short after and before edge!\n";
         if (s.used2() < 0) return Minus(s, s.used2(), "real gap size may be minus!");
-        return WithoutLast(s.tmp2, Len(s.edge1));
+        return WithoutLast(s.tmp2, Length(s.edge1));
     }
     int over = 0;
     if (!Aligns(s.edge0, s.tmp2, over)) return std::nullopt;
     s.log() << "have overlap with before edge: " << over << '\n';
     if (over > s.used2()) return Minus(s, s.used2() - over);
-    return WithoutLast(From(s.tmp2, over), Len(s.edge1));
+    return WithoutLast(From(s.tmp2, over), Length(s.edge1));
 }
 
 /// Both expansions with N between them, cut so that the gap's length holds.
 std::string FillBetween(ShortJoin& s) {
     const int g = s.gapsize - 1;
-    const int before = Len(s.before);
-    const int after = Len(s.after);
+    const int before = Length(s.before);
+    const int after = Length(s.after);
     if (before + after < s.gapsize) return s.before + Ns(s.gapsize - before - after) + s.after;
     const bool cut_before = (before > after && after < g) || (before > g && after <= g);
     const bool cut_after = (before <= after && before < g) || (before <= g && after > g);
@@ -204,15 +197,15 @@ std::string FillBetween(ShortJoin& s) {
 
 std::string FillBefore(const ShortJoin& s) {
     const int g = s.gapsize - 1;
-    if (Len(s.before) >= g) return Head(s.before, g) + 'N';
-    return s.before + Ns(s.gapsize - Len(s.before));
+    if (Length(s.before) >= g) return Head(s.before, g) + 'N';
+    return s.before + Ns(s.gapsize - Length(s.before));
 }
 
 /// The mirror.
 std::string FillAfter(const ShortJoin& s) {
     const int g = s.gapsize - 1;
-    if (Len(s.after) >= g) return 'N' + Tail(s.after, g);
-    return Ns(s.gapsize - Len(s.after)) + s.after;
+    if (Length(s.after) >= g) return 'N' + Tail(s.after, g);
+    return Ns(s.gapsize - Length(s.after)) + s.after;
 }
 
 Answer BeforeSide(ShortJoin& s) {
@@ -222,9 +215,9 @@ Answer BeforeSide(ShortJoin& s) {
     // An expansion longer than the gap is kept whole here.
     if (s.after.empty()) {
         s.log() << "after not expand!\n";
-        return s.before + getN(s.gapsize, Len(s.before));
+        return s.before + getN(s.gapsize, Length(s.before));
     }
-    return Len(s.before) > s.gapsize * 0.8 ? BeforeReachesEdge(s) : std::nullopt;
+    return Length(s.before) > s.gapsize * 0.8 ? BeforeReachesEdge(s) : std::nullopt;
 }
 
 /// The other side, with what the before side left of tmp1. On purpose the bare edge is tried only with both expanded,
@@ -234,7 +227,7 @@ std::string AfterSide(ShortJoin& s) {
     CutAfterSide(s);
     if (Answer answer = AfterReachesBefore(s)) return *answer;
     if (s.before.empty()) return FillAfter(s);
-    if (Len(s.after) > s.gapsize * 0.8) {
+    if (Length(s.after) > s.gapsize * 0.8) {
         if (Answer answer = AfterReachesEdge(s)) return *answer;
     }
     return FillBetween(s);
@@ -252,8 +245,8 @@ std::string SmallExpandFill(std::uint8_t**& matrix, const std::vector<Read>& rea
         start[i] = matrix[0][i];
         end[i] = matrix[i][num - 1];
     }
-    std::string before = From(forward_expand(start, reads, threadId), Len(reads.front().seq));
-    std::string after = WithoutLast(reward_expand(end, reads, threadId), Len(reads.back().seq));
+    std::string before = From(forward_expand(start, reads, threadId), Length(reads.front().seq));
+    std::string after = WithoutLast(reward_expand(end, reads, threadId), Length(reads.back().seq));
     log << "expand result : before size " << before.size() << "\tafter size: " << after.size() << '\n';
     if (before.empty() && after.empty()) return Ns(gap_length);
     return ExpandConnectShort(before, after, gap_length, reads, tagInfo, realgaplen, threadId);

@@ -5,20 +5,13 @@
 
 #include "align/edge_align.h"
 #include "align/overlap.h"
+#include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
-#include "join/piece.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
 namespace lintara {
-
-using join::From;
-using join::Head;
-using join::Len;
-using join::Ns;
-using join::Tail;
-using join::WithoutLast;
 
 namespace {
 
@@ -43,12 +36,12 @@ struct ThreeWay {
 };
 
 bool OverlapsBoth(const ThreeWay& t) {
-    return t.over1 >= 1 && t.over2 >= 1 && min_align + t.over1 <= Len(t.seq) && min_align + t.over2 <= Len(t.seq);
+    return t.over1 >= 1 && t.over2 >= 1 && min_align + t.over1 <= Length(t.seq) && min_align + t.over2 <= Length(t.seq);
 }
 
 std::string ConnectBoth(const ThreeWay& t) {
     t.log() << "both have overlap!\n";
-    if (Len(t.seq) < t.over1 + t.over2 + 2 * min_align) {
+    if (Length(t.seq) < t.over1 + t.over2 + 2 * min_align) {
         t.log() << "the real gapsize is minus!\n";
         return t.open();
     }
@@ -63,15 +56,15 @@ std::string ConnectBefore(ThreeWay& t) {
         t.log() << "the assembled is part of before edge\n";
         return t.open();
     }
-    std::string tmp = Len(seq) > t.gapsize && t.gapsize > Min_overlap ? Head(seq, t.gapsize) : seq;
-    if (t.gapsize < min_align && Len(seq) > min_align + 1) tmp = Head(seq, min_align + 1);
+    std::string tmp = Length(seq) > t.gapsize && t.gapsize > Min_overlap ? Head(seq, t.gapsize) : seq;
+    if (t.gapsize < min_align && Length(seq) > min_align + 1) tmp = Head(seq, min_align + 1);
     // What is too short to be placed by reads is placed together with the edge that it follows.
-    const int edge = Len(tmp) < Min_overlap ? Len(t.tmp1) : 0;
+    const int edge = Length(tmp) < Min_overlap ? Length(t.tmp1) : 0;
     if (edge > 0) tmp = t.tmp1 + tmp;
 
     if (t.crosses_after(tmp)) {
         t.log() << "read connect the sequence and after edge!\n";
-        if (Len(tmp) < edge) {
+        if (Length(tmp) < edge) {
             t.log() << "gapsize maybe minus!\n";
             return seq;
         }
@@ -80,21 +73,21 @@ std::string ConnectBefore(ThreeWay& t) {
     const int match = align_connect(tmp, t.tmp2, min_align);
     if (match >= 0) {
         const int over = min_align + match;
-        if (over + edge > Len(tmp)) {
+        if (over + edge > Length(tmp)) {
             t.log() << "gapsize maybe minus!\n";
             return seq;
         }
         return WithoutLast(From(tmp, edge), over);
     }
-    if (Len(seq) > t.gapsize && t.gapsize >= min_align) {
+    if (Length(seq) > t.gapsize && t.gapsize >= min_align) {
         const int over = overlap(seq, t.tmp2, 1, 0.9);
-        if (over > 0 && over <= Len(seq)) {
+        if (over > 0 && over <= Length(seq)) {
             // The line has no end of its own.
-            t.log() << "seq overlap with after edge!\n " << over << '\t' << Len(seq);
+            t.log() << "seq overlap with after edge!\n " << over << '\t' << Length(seq);
             return WithoutLast(seq, over);
         }
     }
-    return From(tmp, edge) + getN(t.gapsize, Len(tmp) - edge);
+    return From(tmp, edge) + getN(t.gapsize, Length(tmp) - edge);
 }
 
 /// The mirror. It differs on purpose in that nothing asks for an empty sequence, in the limits of the pieces, and in
@@ -103,29 +96,29 @@ std::string ConnectAfter(ThreeWay& t) {
     std::string& seq = t.seq;
     t.log() << "have overlap after!\n";
     seq = WithoutLast(seq, t.over2 + min_align);
-    std::string tmp = Len(seq) > t.gapsize && t.gapsize >= Min_overlap ? Tail(seq, t.gapsize) : seq;
-    if (t.gapsize < Min_overlap && Len(seq) > 2 * Min_overlap) tmp = Tail(seq, 2 * Min_overlap);
-    if (t.gapsize < min_align && Len(seq) > min_align + 1) tmp = Tail(seq, min_align + 1);
-    const int edge = Len(tmp) < Min_overlap ? Len(t.tmp2) : 0;
+    std::string tmp = Length(seq) > t.gapsize && t.gapsize >= Min_overlap ? Tail(seq, t.gapsize) : seq;
+    if (t.gapsize < Min_overlap && Length(seq) > 2 * Min_overlap) tmp = Tail(seq, 2 * Min_overlap);
+    if (t.gapsize < min_align && Length(seq) > min_align + 1) tmp = Tail(seq, min_align + 1);
+    const int edge = Length(tmp) < Min_overlap ? Length(t.tmp2) : 0;
     if (edge > 0) tmp += t.tmp2;
 
     if (t.crosses_before(tmp, ReadLen)) {
         t.log() << "read connect the sequence and before edge!\n";
-        if (Len(tmp) >= Len(t.tmp2)) return WithoutLast(tmp, Len(t.tmp2));
+        if (Length(tmp) >= Length(t.tmp2)) return WithoutLast(tmp, Length(t.tmp2));
         t.log() << "gapsize maybe minus!\n";
     } else if (const int match = align_connect(t.tmp1, tmp, min_align); match >= 0) {
         const int over = min_align + match;
-        if (Len(tmp) >= Len(t.tmp2) + over) return WithoutLast(From(tmp, over), Len(t.tmp2));
+        if (Length(tmp) >= Length(t.tmp2) + over) return WithoutLast(From(tmp, over), Length(t.tmp2));
         t.log() << "gapsize maybe minus!\n";
     }
-    if (Len(seq) > t.gapsize && t.gapsize >= min_align) {
+    if (Length(seq) > t.gapsize && t.gapsize >= min_align) {
         const int over = overlap(t.tmp1, seq, 1, 0.9);
-        if (over > 0 && over <= Len(seq)) {
+        if (over > 0 && over <= Length(seq)) {
             t.log() << "overlapped with before edge.\n";
             return From(seq, over);
         }
     }
-    return getN(t.gapsize, Len(tmp) - edge) + WithoutLast(tmp, edge);
+    return getN(t.gapsize, Length(tmp) - edge) + WithoutLast(tmp, edge);
 }
 
 std::string NotSure(const ThreeWay& t) {
@@ -138,29 +131,29 @@ std::string ReadToAfter(ThreeWay& t) {
     std::string& seq = t.seq;
     t.log() << "read connect the sequence and after edge!\n";
     t.log() << "To connect with before edge!\n";
-    if (Len(seq) > t.gapsize && t.gapsize > Min_overlap) seq = Tail(seq, t.gapsize);
-    if (t.gapsize < Min_overlap && Len(seq) > 2 * Min_overlap) seq = Tail(seq, 2 * Min_overlap);
+    if (Length(seq) > t.gapsize && t.gapsize > Min_overlap) seq = Tail(seq, t.gapsize);
+    if (t.gapsize < Min_overlap && Length(seq) > 2 * Min_overlap) seq = Tail(seq, 2 * Min_overlap);
     std::string tmp = seq + t.tmp2;
     if (t.crosses_before(tmp, 2 * ReadLen)) {
         t.log() << "read connect the sequence and before edge!\n";
-        return Len(tmp) < Len(t.tmp2) ? NotSure(t) : WithoutLast(tmp, Len(t.tmp2));
+        return Length(tmp) < Length(t.tmp2) ? NotSure(t) : WithoutLast(tmp, Length(t.tmp2));
     }
-    return getN(t.gapsize, Len(seq)) + seq;
+    return getN(t.gapsize, Length(seq)) + seq;
 }
 
 /// The mirror: a read leads from the before edge to the sequence.
 std::string ReadToBefore(ThreeWay& t) {
     std::string& seq = t.seq;
     t.log() << "read connect the sequence and before edge!\n";
-    if (Len(seq) > t.gapsize && t.gapsize > Min_overlap) seq = Head(seq, t.gapsize);
-    if (t.gapsize < Min_overlap && Len(seq) > 2 * Min_overlap) seq = Head(seq, 2 * Min_overlap);
+    if (Length(seq) > t.gapsize && t.gapsize > Min_overlap) seq = Head(seq, t.gapsize);
+    if (t.gapsize < Min_overlap && Length(seq) > 2 * Min_overlap) seq = Head(seq, 2 * Min_overlap);
     std::string tmp = t.tmp1 + seq;
     if (t.crosses_after(tmp)) {
         t.log() << "sequence cutted and have read connect it with after edge!\n";
         // On purpose the size of the after edge goes from the end, though the before edge stands in front.
-        return Len(tmp) < Len(t.tmp2) ? NotSure(t) : WithoutLast(tmp, Len(t.tmp2));
+        return Length(tmp) < Length(t.tmp2) ? NotSure(t) : WithoutLast(tmp, Length(t.tmp2));
     }
-    return seq + getN(t.gapsize, Len(seq));
+    return seq + getN(t.gapsize, Length(seq));
 }
 
 /// The sequence cut to one base less than the gap, and one N.
@@ -181,7 +174,7 @@ std::string CutByBeforeAnchor(ThreeWay& t) {
     std::string tmp = t.tmp1 + seq;
     if (!t.crosses_after(tmp)) return CutWithN(t);
     t.log() << "read connect seq and after edge. \n";
-    return Len(tmp) < Len(t.tmp1) ? MaybeMinus(t, CutWithN(t)) : From(tmp, Len(t.tmp1));
+    return Length(tmp) < Length(t.tmp1) ? MaybeMinus(t, CutWithN(t)) : From(tmp, Length(t.tmp1));
 }
 
 /// The before anchor holds and was taken off, and the after anchor stands at pos2 of the uncut sequence.
@@ -200,7 +193,7 @@ std::string CutByBothAnchors(ThreeWay& t, int over1, int pos2) {
         }
         t.realgaplen = 0;
     } else {
-        over2 = Len(t.seq) - pos2 + over1;
+        over2 = Length(t.seq) - pos2 + over1;
         ratio = GetMatchRatio(t.seq, t.tmp2, over2);
     }
     t.log() << "check after overlap: " << over2 << '\t' << ratio << '\n';
@@ -215,12 +208,12 @@ std::string CutByBothAnchors(ThreeWay& t, int over1, int pos2) {
 
 /// The after anchor holds, and the sequence was cut in front of it.
 std::string ReadToBeforeAnchor(const ThreeWay& t) {
-    std::string tmp = (Len(t.seq) > t.gapsize ? Tail(t.seq, t.gapsize) : t.seq) + t.tmp2;
+    std::string tmp = (Length(t.seq) > t.gapsize ? Tail(t.seq, t.gapsize) : t.seq) + t.tmp2;
     if (!t.crosses_before(tmp, ReadLen)) return t.open();
     t.log() << "read connect seq and before edge. \n";
-    if (Len(tmp) < Len(t.tmp2)) return MaybeMinus(t, t.open());
+    if (Length(tmp) < Length(t.tmp2)) return MaybeMinus(t, t.open());
     t.log() << "fullfill the gap!\n";
-    return WithoutLast(tmp, Len(t.tmp2));
+    return WithoutLast(tmp, Length(t.tmp2));
 }
 
 std::string GiveUp(const ThreeWay& t) {
@@ -255,7 +248,7 @@ std::string ConnectByAnchors(ThreeWay& t) {
     const int cut = pos1 < 0 ? 0 : over1;
     if (pos2 >= 0) {
         t.log() << "after overlap check\n";
-        over2 = Len(seq) + cut - pos2;
+        over2 = Length(seq) + cut - pos2;
     }
     if (over2 < 0) return MaybeMinus(t, t.open());
     const double ratio = GetMatchRatio(seq, t.tmp2, over2);
@@ -275,7 +268,7 @@ std::string ConnectNeither(ThreeWay& t) {
     t.log() << "failed to connect with after edge.\n";
     if (t.crosses_before(tmp, ReadLen)) return ReadToBefore(t);
     t.log() << "failed to connect with before edge!\n";
-    return Len(t.seq) > t.gapsize ? ConnectByAnchors(t) : GiveUp(t);
+    return Length(t.seq) > t.gapsize ? ConnectByAnchors(t) : GiveUp(t);
 }
 
 }  // namespace
@@ -283,10 +276,10 @@ std::string ConnectNeither(ThreeWay& t) {
 std::string ConnectThree(const std::string& tmp1, std::string& seq, const std::string& tmp2,
                          const std::vector<Read>& reads, int gapsize, int& realgaplen, int threadId) {
     ThreeWay t{tmp1, seq, tmp2, reads, gapsize, realgaplen, threadId};
-    const int Max = std::min(Len(tmp1), Len(seq));
+    const int Max = std::min(Length(tmp1), Length(seq));
     t.log() << "Starting to connect three!\n";
     t.log() << "seq: " << seq << '\n';
-    if (Len(seq) < min_align) return t.open();
+    if (Length(seq) < min_align) return t.open();
     t.over1 = align_connect(tmp1, seq, min_align, Max);
     t.over2 = align_connect(seq, tmp2, min_align, Max);
     if (OverlapsBoth(t)) return ConnectBoth(t);

@@ -39,8 +39,8 @@ struct TandemGap {
     int expand_after = -1;
 
     std::ofstream& Log() const { return logFile[threadId]; }
-    int Grown1() const { return Len(before) - Len(edge1); }
-    int Grown2() const { return Len(after) - Len(edge2); }
+    int Grown1() const { return Length(before) - Length(edge1); }
+    int Grown2() const { return Length(after) - Length(edge2); }
 };
 
 void MeasureEdges(TandemGap& gap, const std::string& repeat_unit, int TRNum) {
@@ -65,16 +65,16 @@ void AnchorReads(TandemGap& gap, std::vector<int>& start, std::vector<int>& end)
         std::string& read = gap.reads[i].seq;
         const Anchor before = BeforeAnchor(gap.edge1, read);
         const Anchor after = AfterAnchor(read, gap.edge2);
-        if (before.overlap < Len(read)) {
+        if (before.overlap < Length(read)) {
             start[i] = SeedOverlap(before.overlap, gap.last_num1 * gap.unit_len, gap.unit_len);
         }
-        if (after.overlap < Len(read)) {
+        if (after.overlap < Length(read)) {
             end[i] = SeedOverlap(after.overlap, gap.last_num2 * gap.unit_len, gap.unit_len);
         }
         // The read is cut for its overhang even where the overlap was refused.
         if (start[i] <= end[i]) {
             start[i] = 0;
-            if (after.overhang >= 1) read = Head(read, Len(read) - after.overhang);
+            if (after.overhang >= 1) read = Head(read, Length(read) - after.overhang);
         } else {
             end[i] = 0;
             if (before.overhang > 0) read = From(read, before.overhang);
@@ -101,8 +101,8 @@ int Surplus(const TandemGap& gap) {
 /// The shortest overlap to look for: half of the surplus, halved to one side where that side is shorter.
 int ShortestOverlap(const TandemGap& gap) {
     int m = Surplus(gap) / 2;
-    if (m > Len(gap.before)) m = Len(gap.before) / 2;
-    if (m > Len(gap.after)) m = Len(gap.after) / 2;
+    if (m > Length(gap.before)) m = Length(gap.before) / 2;
+    if (m > Length(gap.after)) m = Length(gap.after) / 2;
     return std::max(m, kShortestJoin);
 }
 
@@ -121,9 +121,9 @@ std::optional<std::string> JoinBothSides(TandemGap& gap, int min) {
     gap.Log() << "Have overlap between before and after expand sequence, with overlap length: " << over << "\n";
     if (!Trusted(gap, Head(gap.after, over))) return std::nullopt;
     const std::string whole = gap.before + From(gap.after, over);
-    const int edges = Len(gap.edge1) + Len(gap.edge2);
-    if (Len(whole) >= edges) return Piece(whole, Len(gap.edge1), Len(whole) - edges);
-    gap.Log() << "real gapsize maybe minus!\t -" << edges - Len(whole) << "\n";
+    const int edges = Length(gap.edge1) + Length(gap.edge2);
+    if (Length(whole) >= edges) return Piece(whole, Length(gap.edge1), Length(whole) - edges);
+    gap.Log() << "real gapsize maybe minus!\t -" << edges - Length(whole) << "\n";
     return std::string();
 }
 
@@ -134,7 +134,7 @@ std::optional<std::string> JoinToAfterEdge(TandemGap& gap, int min) {
     if (match <= 0 || over > gap.Grown1()) return std::nullopt;
     if (!Trusted(gap, Tail(gap.before, over))) return std::nullopt;
     gap.Log() << "Before seq have overlap with the last read\t" << match << "\t" << min << "\n";
-    return Piece(gap.before, Len(gap.edge1), gap.Grown1() - over);
+    return Piece(gap.before, Length(gap.edge1), gap.Grown1() - over);
 }
 
 // Unlike its twin it tells when it cannot be asked, and names the overlap before it is trusted.
@@ -170,10 +170,10 @@ void MeasureExpansions(TandemGap& gap) {
             gap.expand_before = gap.Grown1();
         } else {
             gap.expand_before =
-                tail_check(gap.before, gap.units, gap.unit_len, expand_num1, gap.last_unit, Len(gap.edge1));
+                tail_check(gap.before, gap.units, gap.unit_len, expand_num1, gap.last_unit, Length(gap.edge1));
             if (gap.expand_before >= gap.Grown1()) {
                 gap.expand_before = gap.Grown1() - gap.unit_len;
-                gap.last_unit = Word(gap.before, Len(gap.edge1), gap.unit_len);
+                gap.last_unit = Word(gap.before, Length(gap.edge1), gap.unit_len);
                 --expand_num1;
             }
         }
@@ -182,10 +182,10 @@ void MeasureExpansions(TandemGap& gap) {
         // The phase is never unknown here, since the copies in the edge cannot be fewer than none.
         if (gap.expand_before < gap.unit_len && gap.last_num1 < 0) {
             gap.expand_after =
-                tail_checknolast(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Len(gap.edge2));
+                tail_checknolast(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Length(gap.edge2));
         } else {
             gap.expand_after =
-                tail_check(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Len(gap.edge2));
+                tail_check(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Length(gap.edge2));
         }
         if (gap.expand_after >= gap.Grown2()) {
             gap.expand_after -= gap.unit_len;
@@ -202,7 +202,7 @@ void ShapeBefore(TandemGap& gap) {
     if (gap.expand_before < 0) {
         gap.before = n_part;
     } else {
-        gap.before = Piece(gap.before, Len(gap.edge1), gap.Grown1() - gap.expand_before);
+        gap.before = Piece(gap.before, Length(gap.edge1), gap.Grown1() - gap.expand_before);
         if (!gap.before.empty()) {
             gap.before += n_part;
         } else {
@@ -228,14 +228,14 @@ void ShapeAfter(TandemGap& gap) {
 void TrimFlanks(TandemGap& gap) {
     if (gap.gap_len <= gap.unit_len) return;
     const int room = gap.gap_len - gap.unit_len;
-    if (Len(gap.before) > gap.gap_len && HasN(gap.before)) {
+    if (Length(gap.before) > gap.gap_len && HasN(gap.before)) {
         const std::string head = Head(gap.before, room);
         if (HasN(head)) {
             --gap.last_num1;
             gap.before = head;
         }
     }
-    if (Len(gap.after) > gap.gap_len && HasN(gap.after)) {
+    if (Length(gap.after) > gap.gap_len && HasN(gap.after)) {
         const std::string tail = Tail(gap.after, room);
         if (HasN(tail)) {
             --gap.last_num2;
@@ -254,7 +254,7 @@ std::string LeaveOpen(TandemGap& gap, int& TRNum) {
     if (TRNum == 0 && gap.expand_after < 0 && gap.expand_before < 0) TRNum = 1;
     gap.Log() << "total repeat time: " << TRNum << "\tbefore repeat time: " << gap.last_num1
               << "\tafter repeat time: " << gap.last_num2 << "\n";
-    const int filled = Len(gap.before) + Len(gap.after);
+    const int filled = Length(gap.before) + Length(gap.after);
     const int open = filled >= gap.gap_len - gap.unit_len ? gap.unit_len : gap.gap_len - filled;
     gap.Log() << "TR unfull filled!\t" << gap.gap_len << "\n";
     return gap.before + Ns(open) + gap.after;
@@ -264,7 +264,7 @@ std::string LeaveOpen(TandemGap& gap, int& TRNum) {
 
 std::string solve_TR_block(std::vector<Read>& reads, TagInfo*& tagInfo, std::string& repeat_unit, int& TRNum,
                            int gap_len, int*& /*freq*/, int& type, int& realgaplen, int threadId) {
-    TandemGap gap{reads, tagInfo, Len(repeat_unit), gap_len, threadId, reads.front().seq, reads.back().seq};
+    TandemGap gap{reads, tagInfo, Length(repeat_unit), gap_len, threadId, reads.front().seq, reads.back().seq};
     gap.Log() << "caculate the units set\n";
     AddRotations(repeat_unit, gap.units);
     MeasureEdges(gap, repeat_unit, TRNum);

@@ -8,7 +8,7 @@ namespace lintara {
 using namespace tandem;
 
 int tail_check(std::string& seq, std::set<std::string>& units, int unitlen, int& last_num, std::string& last_unit) {
-    const int size = Len(seq);
+    const int size = Length(seq);
     last_num = 0;
     if (size < unitlen) return -1;
     int len = unitlen;
@@ -22,7 +22,7 @@ int tail_check(std::string& seq, std::set<std::string>& units, int unitlen, int&
 }
 
 int tail_check(std::set<std::string>& units, std::string& seq, int unitlen, int& last_num, std::string& last_unit) {
-    const int size = Len(seq);
+    const int size = Length(seq);
     if (size < unitlen) return -1;
     last_num = 0;
     int last_pos = -1;
@@ -40,9 +40,9 @@ int tail_check(std::set<std::string>& units, std::string& seq, int unitlen, int&
 int tail_check(std::string& before, std::set<std::string>& units, int unit_len, int& expand_num1, std::string last_unit,
                int limit) {
     int last_len = 0;
-    for (int i = limit - unit_len + 1; i < Len(before) - unit_len + 1; ++i) {
+    for (int i = limit - unit_len + 1; i < Length(before) - unit_len + 1; ++i) {
         if (!HasWord(units, before, i, unit_len)) continue;
-        if (last_len == 0) last_len = Len(before) - i;
+        if (last_len == 0) last_len = Length(before) - i;
         if (Word(before, i, unit_len) == last_unit) ++expand_num1;
     }
     return last_len;
@@ -51,7 +51,7 @@ int tail_check(std::string& before, std::set<std::string>& units, int unit_len, 
 int tail_check(std::set<std::string>& /*units*/, std::string& after, int unit_len, int& expand_num2,
                std::string last_unit, int limit) {
     int last_len = 0;
-    for (int i = Len(after) - limit - 1; i >= 0; --i) {
+    for (int i = Length(after) - limit - 1; i >= 0; --i) {
         if (Word(after, i, unit_len) != last_unit) continue;
         if (last_len == 0) last_len = i + unit_len;
         ++expand_num2;
@@ -62,18 +62,18 @@ int tail_check(std::set<std::string>& /*units*/, std::string& after, int unit_le
 int tail_checknolast(std::set<std::string>& units, std::string& after, int unit_len, int& expand_num2,
                      std::string& last_unit, int limit) {
     int last_len = 0;
-    for (int i = Len(after) - limit - 1; i >= 0; --i) {
+    for (int i = Length(after) - limit - 1; i >= 0; --i) {
         if (!HasWord(units, after, i, unit_len)) continue;
         if (last_len == 0) last_len = i + unit_len;
         const std::string word = Word(after, i, unit_len);
         if (word == last_unit) ++expand_num2;
         if (last_unit.empty()) last_unit = word;
     }
-    return last_len <= Len(after) - limit ? last_len : last_len - unit_len;
+    return last_len <= Length(after) - limit ? last_len : last_len - unit_len;
 }
 
 int Unit_check(std::string& seq, std::set<std::string>& units, int unitlen) {
-    for (int pos = 0; pos + unitlen < Len(seq); ++pos) {
+    for (int pos = 0; pos + unitlen < Length(seq); ++pos) {
         if (!HasWord(units, seq, pos, unitlen)) return 1;
     }
     return 0;
@@ -84,7 +84,7 @@ int Multi_tail_check(std::string& seq, std::set<std::string>& units, int unitlen
 }
 
 int Multi_tail_check(std::string& seq, std::set<std::string>& units, int unitlen, int limit) {
-    const int size = Len(seq);
+    const int size = Length(seq);
     if (size < unitlen) return -1;
     int len = unitlen;
     while (len < size && size - len > limit && HasWord(units, seq, size - len, unitlen)) ++len;
@@ -93,14 +93,14 @@ int Multi_tail_check(std::string& seq, std::set<std::string>& units, int unitlen
 
 // Unlike at the left, a sequence that does not start in a repeat word has a run of unitlen - 1 bases.
 int Multi_tail_check(std::set<std::string>& units, std::string& seq, int unitlen, int limit) {
-    if (Len(seq) < unitlen) return -1;
+    if (Length(seq) < unitlen) return -1;
     int len = 0;
-    while (len < Len(seq) - unitlen && len < limit - unitlen && HasWord(units, seq, len, unitlen)) ++len;
+    while (len < Length(seq) - unitlen && len < limit - unitlen && HasWord(units, seq, len, unitlen)) ++len;
     return len - 1 + unitlen;
 }
 
 int Multi_tail_check(std::set<std::string>& units, std::string& seq, int unitlen) {
-    return Multi_tail_check(units, seq, unitlen, Len(seq));
+    return Multi_tail_check(units, seq, unitlen, Length(seq));
 }
 
 }  // namespace lintara

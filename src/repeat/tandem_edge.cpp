@@ -27,7 +27,7 @@ std::vector<int> SeedBefore(std::vector<Read>& reads, int run, int unit_len) {
     for (int i = 1; i < static_cast<int>(reads.size()) - 1; ++i) {
         std::string& read = reads[i].seq;
         const Anchor anchor = BeforeAnchor(reads.front().seq, read);
-        if (anchor.overlap <= Len(read)) start[i] = SeedOverlap(anchor.overlap, run, unit_len);
+        if (anchor.overlap <= Length(read)) start[i] = SeedOverlap(anchor.overlap, run, unit_len);
         if (anchor.overhang > 0) read = From(read, anchor.overhang);
     }
     return start;
@@ -38,8 +38,8 @@ std::vector<int> SeedAfter(std::vector<Read>& reads, int run, int unit_len) {
     for (int i = 1; i < static_cast<int>(reads.size()) - 1; ++i) {
         std::string& read = reads[i].seq;
         const Anchor anchor = AfterAnchor(read, reads.back().seq);
-        if (anchor.overlap <= Len(read)) end[i] = SeedOverlap(anchor.overlap, run, unit_len);
-        if (anchor.overhang > 0) read = Head(read, Len(read) - anchor.overhang);
+        if (anchor.overlap <= Length(read)) end[i] = SeedOverlap(anchor.overlap, run, unit_len);
+        if (anchor.overhang > 0) read = Head(read, Length(read) - anchor.overhang);
     }
     return end;
 }
@@ -47,7 +47,7 @@ std::vector<int> SeedAfter(std::vector<Read>& reads, int run, int unit_len) {
 /// What was grown without its repeat, with one unit of N behind it.
 std::string BeforeFlank(const std::string& before, int expand_before, int edge_len, const std::string& n_part) {
     if (expand_before < 0) return n_part;
-    const std::string flank = Piece(before, edge_len, Len(before) - edge_len - expand_before);
+    const std::string flank = Piece(before, edge_len, Length(before) - edge_len - expand_before);
     return flank.empty() ? n_part : flank + n_part;
 }
 
@@ -55,7 +55,7 @@ std::string BeforeFlank(const std::string& before, int expand_before, int edge_l
 std::string AfterFlank(const std::string& after, int expand_after, int edge_len, const std::string& n_part,
                        const std::string& last_unit) {
     if (expand_after < 0) return n_part;
-    const std::string flank = Piece(after, expand_after, Len(after) - expand_after - edge_len);
+    const std::string flank = Piece(after, expand_after, Length(after) - expand_after - edge_len);
     return flank.empty() ? last_unit : n_part + flank;
 }
 
@@ -64,7 +64,7 @@ std::string AfterFlank(const std::string& after, int expand_after, int edge_len,
 std::string before_TR_assemble(std::vector<Read>& reads, TagInfo*& /*tagInfo*/, std::string& unit, int& TRNum,
                                int*& /*freq*/, int threadId) {
     std::ofstream& log = logFile[threadId];
-    const int unit_len = Len(unit);
+    const int unit_len = Length(unit);
     log << "Start tandem repeat assembly for before block\n";
     log << "caculate the units set\n";
     std::set<std::string> units;
@@ -81,8 +81,8 @@ std::string before_TR_assemble(std::vector<Read>& reads, TagInfo*& /*tagInfo*/, 
 
     std::string before = forward_expand(start.data(), reads, threadId);
     int expand_num1 = 0;
-    const int expand_before = tail_check(before, units, unit_len, expand_num1, last_unit, Len(edge));
-    before = BeforeFlank(before, expand_before, Len(edge), Ns(unit_len));
+    const int expand_before = tail_check(before, units, unit_len, expand_num1, last_unit, Length(edge));
+    before = BeforeFlank(before, expand_before, Length(edge), Ns(unit_len));
 
     log << "connect the sequence\n";
     last_num1 += 1 + expand_num1;
@@ -95,7 +95,7 @@ std::string before_TR_assemble(std::vector<Read>& reads, TagInfo*& /*tagInfo*/, 
 std::string after_TR_assemble(std::vector<Read>& reads, TagInfo*& /*tagInfo*/, std::string& unit, int& TRNum,
                               int*& /*freq*/, int threadId) {
     std::ofstream& log = logFile[threadId];
-    const int unit_len = Len(unit);
+    const int unit_len = Length(unit);
     log << "Start tandem repeat assembly for after block\n";
     log << "caculate the units set\n";
     std::set<std::string> units;
@@ -112,8 +112,8 @@ std::string after_TR_assemble(std::vector<Read>& reads, TagInfo*& /*tagInfo*/, s
 
     std::string after = reward_expand(end.data(), reads, threadId);
     int expand_num2 = 0;
-    const int expand_after = tail_check(units, after, unit_len, expand_num2, last_unit, Len(edge));
-    after = AfterFlank(after, expand_after, Len(edge), Ns(unit_len), last_unit);
+    const int expand_after = tail_check(units, after, unit_len, expand_num2, last_unit, Length(edge));
+    after = AfterFlank(after, expand_after, Length(edge), Ns(unit_len), last_unit);
 
     last_num2 += 1 + expand_num2;
     TRNum -= last_num2;

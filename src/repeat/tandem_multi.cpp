@@ -40,15 +40,15 @@ struct MultiGap {
     std::string after{};   // what was grown in front of the after edge, and that edge
 
     std::ofstream& Log() const { return logFile[threadId]; }
-    int Grown1() const { return Len(before) - Len(edge1); }
-    int Grown2() const { return Len(after) - Len(edge2); }
+    int Grown1() const { return Length(before) - Length(edge1); }
+    int Grown2() const { return Length(after) - Length(edge2); }
 };
 
 void CollectUnits(MultiGap& gap) {
     gap.Log() << "Solve the Multi tandem repeat unit block\n";
     gap.Log() << "caculate the units set\n";
     gap.Log() << "repeat units: \n";
-    if (!gap.repeat_unit.empty()) gap.unit_len = Len(gap.repeat_unit.begin()->first);
+    if (!gap.repeat_unit.empty()) gap.unit_len = Length(gap.repeat_unit.begin()->first);
     for (const auto& [unit, copies] : gap.repeat_unit) {
         gap.Log() << unit << "\n";
         AddRotations(unit, gap.units);
@@ -71,15 +71,15 @@ void AnchorReads(MultiGap& gap, std::vector<int>& start, std::vector<int>& end) 
     for (int i = 1; i < static_cast<int>(gap.reads.size()) - 1; ++i) {
         std::string& read = gap.reads[i].seq;
         const Anchor before = BeforeAnchor(gap.edge1, read);
-        if (before.overlap <= Len(read)) {
+        if (before.overlap <= Length(read)) {
             start[i] = SeedOverlap(before.overlap, gap.last_num1 * gap.unit_len, gap.unit_len);
         }
         if (start[i] > 0) continue;
         const Anchor after = AfterAnchor(read, gap.edge2);
-        if (after.overlap <= Len(read)) {
+        if (after.overlap <= Length(read)) {
             end[i] = SeedOverlap(after.overlap, gap.last_num2 * gap.unit_len, gap.unit_len);
         }
-        if (after.overhang >= 1) read = Head(read, Len(read) - after.overhang);
+        if (after.overhang >= 1) read = Head(read, Length(read) - after.overhang);
     }
 }
 
@@ -105,8 +105,8 @@ int Surplus(const MultiGap& gap) {
 /// shorter.
 int ShortestOverlap(const MultiGap& gap) {
     int m = std::min(Surplus(gap) / 3, gap.gap_len);
-    if (m > Len(gap.before)) m = Len(gap.before) / 2;
-    if (m > Len(gap.after)) m = Len(gap.after) / 2;
+    if (m > Length(gap.before)) m = Length(gap.before) / 2;
+    if (m > Length(gap.after)) m = Length(gap.after) / 2;
     return std::max(m, kShortestJoin);
 }
 
@@ -128,9 +128,9 @@ std::optional<std::string> JoinBothSides(MultiGap& gap, int min) {
     gap.reads.clear();
     gap.repeat_unit.clear();
     const std::string whole = gap.before + From(gap.after, over);
-    const int edges = Len(gap.edge1) + Len(gap.edge2);
-    if (Len(whole) >= edges) return Piece(whole, Len(gap.edge1), Len(whole) - edges);
-    gap.Log() << "real gapsize maybe minus!\t -" << edges - Len(whole) << "\n";
+    const int edges = Length(gap.edge1) + Length(gap.edge2);
+    if (Length(whole) >= edges) return Piece(whole, Length(gap.edge1), Length(whole) - edges);
+    gap.Log() << "real gapsize maybe minus!\t -" << edges - Length(whole) << "\n";
     return std::string();
 }
 
@@ -143,7 +143,7 @@ std::optional<std::string> JoinToAfterEdge(MultiGap& gap, int min) {
     if (match <= 0 || over >= gap.Grown1()) return std::nullopt;
     if (!Trusted(gap, Tail(gap.before, over))) return std::nullopt;
     gap.Log() << "Before seq have overlap with the last read\t" << match << "\t" << min << "\n";
-    return Piece(gap.before, Len(gap.edge1), gap.Grown1() - over);
+    return Piece(gap.before, Length(gap.edge1), gap.Grown1() - over);
 }
 
 // Unlike its twin it tells when it cannot be asked, and names the overlap before it is trusted.
@@ -178,20 +178,21 @@ void KeepFlanks(MultiGap& gap) {
     int expand_num1 = 0;  // counted, and of no further use here
     int expand_num2 = 0;
     if (gap.Grown1() > 0) {
-        expand_before = tail_check(gap.before, gap.units, gap.unit_len, expand_num1, gap.last_unit, Len(gap.edge1));
+        expand_before = tail_check(gap.before, gap.units, gap.unit_len, expand_num1, gap.last_unit, Length(gap.edge1));
     }
     if (gap.Grown2() > 0) {
         // The copies in the edge are never counted, so they cannot be fewer than none.
         if (expand_before < gap.unit_len && gap.last_num1 < 0) {
             expand_after =
-                tail_checknolast(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Len(gap.edge2));
+                tail_checknolast(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Length(gap.edge2));
         } else {
-            expand_after = tail_check(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Len(gap.edge2));
+            expand_after =
+                tail_check(gap.units, gap.after, gap.unit_len, expand_num2, gap.last_unit, Length(gap.edge2));
         }
     }
     gap.Log() << "Last unit is: " << gap.last_unit << "\t" << gap.unit_len << "\n";
     gap.Log() << "before expand length: " << expand_before << "\tafter expand length: " << expand_after << "\n";
-    gap.before = expand_before < 0 ? "" : Piece(gap.before, Len(gap.edge1), gap.Grown1() - expand_before);
+    gap.before = expand_before < 0 ? "" : Piece(gap.before, Length(gap.edge1), gap.Grown1() - expand_before);
     gap.after = expand_after < 0 ? "" : Piece(gap.after, expand_after, gap.Grown2() - expand_after);
 }
 
@@ -199,14 +200,14 @@ void KeepFlanks(MultiGap& gap) {
 void TrimFlanks(MultiGap& gap) {
     if (gap.gap_len <= gap.unit_len) return;
     const int room = gap.gap_len - gap.unit_len;
-    if (Len(gap.before) > gap.gap_len) gap.before = Head(gap.before, room);
-    if (Len(gap.after) > gap.gap_len) gap.after = Tail(gap.after, room);
+    if (Length(gap.before) > gap.gap_len) gap.before = Head(gap.before, room);
+    if (Length(gap.after) > gap.gap_len) gap.after = Tail(gap.after, room);
 }
 
 /// The flanks with the N that make up the gap's length, one at least where the flanks exceed it.
 std::string FitToGap(const std::string& before, const std::string& after, int gap_len) {
-    const int before_len = Len(before);
-    const int after_len = Len(after);
+    const int before_len = Length(before);
+    const int after_len = Length(after);
     if (before_len + after_len <= gap_len) return before + Ns(gap_len - before_len - after_len) + after;
     if (after_len >= gap_len - 1 || before_len >= gap_len - 1) return Ns(gap_len);
     // The flanks exceed the gap, so the before one is always what gives way.

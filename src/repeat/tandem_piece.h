@@ -7,20 +7,14 @@
 #include <string>
 
 #include "align/overlap.h"
-#include "join/piece.h"
+#include "align/piece.h"
 #include "run/settings.h"
 
 namespace lintara::tandem {
 
-using join::From;
-using join::Head;
-using join::Len;
-using join::Ns;
-using join::Tail;
-
 /// Adds all rotations of a unit; of a unit that is itself a repeat, each rotation once.
 inline void AddRotations(std::string unit, std::set<std::string>& units) {
-    for (int turns = Len(unit); turns > 0; --turns) {
+    for (int turns = Length(unit); turns > 0; --turns) {
         unit = unit.substr(1) + unit[0];
         if (!units.insert(unit).second) return;
     }
@@ -28,13 +22,13 @@ inline void AddRotations(std::string unit, std::set<std::string>& units) {
 
 /// The word of `length` bases at `pos`, shorter at the end of the sequence; empty for a place outside of it.
 inline std::string Word(const std::string& seq, int pos, int length) {
-    if (pos < 0 || pos > Len(seq)) return std::string();
+    if (pos < 0 || pos > Length(seq)) return std::string();
     return seq.substr(static_cast<std::size_t>(pos), static_cast<std::size_t>(length));
 }
 
 /// Whether the word of `length` bases at `pos` is one of `units`.
 inline bool HasWord(const std::set<std::string>& units, const std::string& seq, int pos, int length) {
-    return pos >= 0 && pos <= Len(seq) && units.count(Word(seq, pos, length)) != 0;
+    return pos >= 0 && pos <= Length(seq) && units.count(Word(seq, pos, length)) != 0;
 }
 
 /// `count` bases from `pos` on; a negative count means all that follows.

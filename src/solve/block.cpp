@@ -19,7 +19,6 @@ namespace lintara {
 
 namespace {
 
-
 std::uint8_t** BuildMatrix(const std::vector<Read>& reads, int threadId) {
     const std::uint16_t num = static_cast<std::uint16_t>(reads.size());
     // How many k-mers the block can hold.

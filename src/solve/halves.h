@@ -4,12 +4,9 @@
 
 #include <string>
 
-namespace lintara {
+#include "align/piece.h"
 
-/// Size in bases, as the int that all comparisons work on.
-inline int Length(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
+namespace lintara {
 
 /// Whether the halves are too small to be joined: both below min_align, or one empty and the other at most a tenth of
 /// the gap.

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "align/edge_align.h"
+#include "align/piece.h"
 #include "join/edge_connect.h"
 #include "run/settings.h"
 #include "run/streams.h"
@@ -16,10 +17,6 @@ namespace lintara {
 namespace {
 
 const int kLeastMatch = 6;  // bases in which a block without an edge must overlap its contig
-
-int Length(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
 
 /// A big gap while its blocks are assembled; its reads are in order of position.
 struct BigGap {
@@ -40,7 +37,7 @@ struct BigGap {
 
     /// The last bases of the before contig and the first of the after contig.
     std::string BeforeTail(int length) const { return Tail(contig1, length); }
-    std::string AfterHead(int length) const { return Head(contig2, length); }
+    std::string AfterHead(int length) const { return FirstBases(contig2, length); }
 };
 
 /// The reads of one block, from one index of the gap's reads up to another, that one excluded.
@@ -126,7 +123,7 @@ ContigInfo FirstAsMiddleBlock(const BigGap& big, BlockRange range) {
         }
     } else if (seq.empty()) {
         const Read last = LastRead(big, range, reads);
-        seq = OpenGap(last.pos + Length(last.seq));
+        seq = Ns(last.pos + Length(last.seq));
     }
     return MakeContig(startPos, seq);
 }
@@ -141,7 +138,7 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
     std::string seq = Assemble(reads, 1, big.threadId);
     if (seq.empty()) {
         const Read last = kept_none ? LastRead(big, range, {}) : reads.back();
-        seq = OpenGap(-last.pos < Length(last.seq) ? last.pos + Length(last.seq) : 1);
+        seq = Ns(-last.pos < Length(last.seq) ? last.pos + Length(last.seq) : 1);
     }
     return MakeContig(0, seq);
 }
@@ -154,7 +151,7 @@ ContigInfo InnerBlock(const BigGap& big, BlockRange range, int index) {
     std::string seq = AssembleMiddle(big, reads);
     if (seq.empty()) {
         const Read last = LastRead(big, range, reads);
-        seq = OpenGap(last.pos - startPos + Length(last.seq));
+        seq = Ns(last.pos - startPos + Length(last.seq));
     }
     return MakeContig(startPos, seq);
 }
@@ -168,16 +165,16 @@ ContigInfo LastAsMiddleBlock(const BigGap& big, BlockRange range, std::vector<Re
         const int pos = align_connect(seq, head, kLeastMatch);
         const int room = big.gap_length() - startPos - Length(seq);
         if (pos >= 0) {
-            CutTail(seq, pos + kLeastMatch);
+            DropEnd(seq, pos + kLeastMatch);
             startPos = big.gap_length() - Length(seq);
         } else if (room > 0) {
-            seq += OpenGap(room);
+            seq += Ns(room);
         } else {
             // A block that overruns the gap's end and does not match the after contig shrinks to a marked stub.
-            seq = Head(seq, kLeastMatch - pos) + OpenGap(kLeastMatch - pos);
+            seq = FirstBases(seq, kLeastMatch - pos) + Ns(kLeastMatch - pos);
         }
     } else {
-        seq = OpenGap(big.gap_length() - startPos);
+        seq = Ns(big.gap_length() - startPos);
     }
     big.log() << "last position: " << startPos << " last seqsize: " << seq.size() << "\n";
     return MakeContig(startPos, seq);
@@ -190,7 +187,7 @@ ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, std::vector<Rea
     ToUp(edge);
     reads.emplace_back(edge, big.gap_length());
     std::string seq = Assemble(reads, 2, big.threadId);
-    if (seq.empty()) return MakeContig(first_pos, OpenGap(big.gap_length() - first_pos));
+    if (seq.empty()) return MakeContig(first_pos, Ns(big.gap_length() - first_pos));
     return MakeContig(big.gap_length() - Length(seq), seq);
 }
 
@@ -208,12 +205,12 @@ std::string AssembleWhole(const BigGap& big, std::string& contig1, std::string& 
     if (big.ReachesBeforeEdge()) {
         std::string seq = solve_block_before(big.gap, contig1, big.threadId);
         if (Length(seq) > gap_length) return connect_after(seq, big.AfterHead(Length(seq)), gap_length, big.threadId);
-        return seq + OpenGap(gap_length - Length(seq));
+        return seq + Ns(gap_length - Length(seq));
     }
     if (big.ReachesAfterEdge()) {
         std::string seq = solve_block_after(big.gap, contig2, big.threadId);
         if (Length(seq) > gap_length) return connect_before(big.BeforeTail(Length(seq)), seq, gap_length, big.threadId);
-        return OpenGap(gap_length - Length(seq)) + seq;
+        return Ns(gap_length - Length(seq)) + seq;
     }
     std::string seq = solve_block_middle(big.gap, big.threadId);
     if (Length(seq) > gap_length) {
@@ -222,7 +219,7 @@ std::string AssembleWhole(const BigGap& big, std::string& contig1, std::string& 
         return check_middle_overlap(tail, seq, head, gap_length);
     }
     // An odd difference leaves the text one base short.
-    const std::string side = OpenGap((gap_length - Length(seq)) / 2);
+    const std::string side = Ns((gap_length - Length(seq)) / 2);
     return side + seq + side;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "align/edge_align.h"
-#include "join/piece.h"
+#include "align/piece.h"
 #include "repeat/tandem_edge.h"
 #include "run/settings.h"
 #include "run/streams.h"
@@ -18,10 +18,6 @@
 namespace lintara {
 
 namespace {
-
-int Length(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
 
 /// A block of all the gap's reads, while it is looked through for a repeat and assembled.
 struct WholeBlock {
@@ -88,7 +84,7 @@ std::string solve_block_after(Gap& gap, std::string& contig1, int threadId) {
     std::ofstream& log = logFile[threadId];
     log << "Treat as after block in the gap\n";
     if (Length(contig1) < ContigLen) return "";
-    std::string edge = Head(contig1, 2 * ReadLen);
+    std::string edge = FirstBases(contig1, 2 * ReadLen);
     ToUp(edge);
     WholeBlock block{threadId};
     block.AddReads(gap, 0);
@@ -129,21 +125,21 @@ std::string check_middle_overlap(std::string& seq1, std::string& seq, std::strin
     const int match2 = align_connect(seq, seq2, Min);
     if (match1 >= 1 && match2 >= 1) {
         const int inner = Length(seq) - 2 * Min - match1 - match2;
-        return inner <= 0 ? OpenGap(len) : Slice(seq, match1 + Min, inner);
+        return inner <= 0 ? Ns(len) : Slice(seq, match1 + Min, inner);
     }
     if (match1 >= 1) {
-        const std::string rest = join::From(seq, match1 + Min);
-        if (Length(rest) < len) return rest + OpenGap(len - Length(rest));
-        return join::Head(rest, Length(rest) + match2 - Min) + OpenGap(Min - match2);
+        const std::string rest = From(seq, match1 + Min);
+        if (Length(rest) < len) return rest + Ns(len - Length(rest));
+        return Head(rest, Length(rest) + match2 - Min) + Ns(Min - match2);
     }
     if (match2 >= 1) {
-        const std::string rest = join::Head(seq, Length(seq) - match2 - Min);
-        if (Length(rest) < len) return OpenGap(len - Length(rest)) + rest;
-        return OpenGap(Min - match1) + join::From(rest, Min - match1);
+        const std::string rest = Head(seq, Length(seq) - match2 - Min);
+        if (Length(rest) < len) return Ns(len - Length(rest)) + rest;
+        return Ns(Min - match1) + From(rest, Min - match1);
     }
     const int inner = Length(seq) + match1 + match2 - 2 * Min;
-    if (inner <= 0) return OpenGap(len);
-    return OpenGap(Min - match1) + Slice(seq, Min - match1, inner) + OpenGap(Min - match2);
+    if (inner <= 0) return Ns(len);
+    return Ns(Min - match1) + Slice(seq, Min - match1, inner) + Ns(Min - match2);
 }
 
 std::string GapLenCheck(std::string& seq, int gaplen, int /*threadId*/) {
@@ -151,7 +147,7 @@ std::string GapLenCheck(std::string& seq, int gaplen, int /*threadId*/) {
     if (length >= gaplen * 0.9 && length <= gaplen * 1.1) return seq;
     if (length < gaplen) {
         const std::size_t last = seq.rfind('N');
-        if (last != std::string::npos) seq.insert(last, OpenGap(gaplen - length));
+        if (last != std::string::npos) seq.insert(last, Ns(gaplen - length));
         return seq;
     }
     const int del_len = length - gaplen;

@@ -57,12 +57,13 @@ Estimates CollectEstimates(std::vector<Read>& reads, std::map<int, int>& read, b
         int after_len = -1;
         const int over2 = overlap_after_len(read_seq, after_seq, 5, after_len, 0.98);
         if (over2 <= Min_overlap) continue;
-        if (after_len >= 0) CutTail(read_seq, after_len);
+        if (after_len >= 0) DropEnd(read_seq, after_len);
 
         const int est_len = static_cast<int>(read_seq.size()) - over1 - over2;
         read[i] = static_cast<int>(before_seq.size()) - over1;
         if (!Accept_Long) {
-            Accept_Long = LongCheck(Tail(before_seq, over1), Head(after_seq, over2), read_seq, over1, over2, threadId);
+            Accept_Long =
+                LongCheck(Tail(before_seq, over1), FirstBases(after_seq, over2), read_seq, over1, over2, threadId);
         }
         estimates.CheckLen = std::max(estimates.CheckLen, est_len);
         DrawPlacement(before_seq, read_seq, after_seq, over1, over2, threadId);
@@ -192,7 +193,7 @@ bool LongCheck(const std::string& /*over_part_before*/, const std::string& /*ove
     }
     if (size - 1 > over1) {
         const std::string str1 = Slice(read, 1, size);
-        const std::string pattern = Head(read, over1);
+        const std::string pattern = FirstBases(read, over1);
         const int pos = string_match(pattern, str1, 1);
         if (pos >= 0) {
             const int gaplen2 = size - 1 - pos - over1 - over2;
@@ -203,7 +204,7 @@ bool LongCheck(const std::string& /*over_part_before*/, const std::string& /*ove
         }
     }
     if (size - 1 <= over2) return false;
-    const std::string str2 = Head(read, size - 1);
+    const std::string str2 = FirstBases(read, size - 1);
     const std::string pattern = Tail(read, over2);
     const int pos = string_match(pattern, str2, 1);
     if (pos < 0) return false;

@@ -43,10 +43,10 @@ bool GoesTheOrdinaryRoad(int unit_len, int repeat_time, int gap_length) {
 void CutForMinusGap(const Gap& gap, std::string& contig1, int realgaplen, std::string& seq, int threadId) {
     seq.clear();
     if (-realgaplen <= static_cast<int>(contig1.size())) {
-        CutTail(contig1, -realgaplen);
+        DropEnd(contig1, -realgaplen);
         logFile[threadId] << "Cut contig edge for the minus gap!\n";
     } else {
-        seq = OpenGap(gap.gap_length);
+        seq = Ns(gap.gap_length);
     }
 }
 
@@ -58,10 +58,10 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
     const Len_t gap_length = static_cast<Len_t>(gap.gap_length);
     if (!Admitted(gap, contig1, contig2)) {
         log << "Too Many reads for gap" << gap.id << "\t" << gap.greadSum << "\t" << gap_length << "\n";
-        return OpenGap(gap.gap_length);
+        return Ns(gap.gap_length);
     }
     std::string tmp_read1 = Tail(contig1, 2 * ReadLen);
-    std::string tmp_read2 = Head(contig2, 2 * ReadLen);
+    std::string tmp_read2 = FirstBases(contig2, 2 * ReadLen);
     ToUp(tmp_read1);
     ToUp(tmp_read2);
     std::vector<Read> reads;

@@ -92,7 +92,7 @@ void GetContigSeqInGap(std::string& contigSeqInGap, ContigInfo*& contigsInfo, in
         const std::string& contig = contigsInfo[i].contigSeq;
         const int distance = contigsInfo[i].startPos - static_cast<int>(contigSeqInGap.size());
         if (distance >= 0) {
-            contigSeqInGap += OpenGap(distance) + contig;
+            contigSeqInGap += Ns(distance) + contig;
             continue;
         }
         const int over = -distance < OVERLAPLENCUTOFF ? -1 : GetOverlapLen(contigSeqInGap, contig, distance);
@@ -108,9 +108,9 @@ void GetContigSeqInGap(std::string& contigSeqInGap, ContigInfo*& contigsInfo, in
 void set_tmp_read(std::string& tmp1, std::string& tmp2, const std::string& contig1, const std::string& contig2,
                   int tmplen) {
     tmp1 = Tail(contig1, tmplen);
-    tmp2 = Head(contig2, tmplen);
+    tmp2 = FirstBases(contig2, tmplen);
     if (tmp1.size() > tmp2.size()) tmp1 = Tail(tmp1, static_cast<int>(tmp2.size()));
-    if (tmp1.size() < tmp2.size()) tmp2 = Head(tmp2, static_cast<int>(tmp1.size()));
+    if (tmp1.size() < tmp2.size()) tmp2 = FirstBases(tmp2, static_cast<int>(tmp1.size()));
     ToUp(tmp1);
     ToUp(tmp2);
 }

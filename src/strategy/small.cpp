@@ -19,16 +19,12 @@ namespace {
 const int kUnknownSize = -1000;
 const int setlen = 200;  // bases of an edge
 
-int Size(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
-
 /// Whether a step has settled the gap.
 enum class Outcome { kOpen, kSettled };
 
 bool Admitted(const Gap& gap, const std::string& contig1, const std::string& contig2, int threadId) {
     const Len_t most_reads = 1000U * static_cast<Len_t>(gap.gap_length);
-    if (gap.greadSum <= most_reads && Size(contig1) >= ContigLen && Size(contig2) >= ContigLen) return true;
+    if (gap.greadSum <= most_reads && Length(contig1) >= ContigLen && Length(contig2) >= ContigLen) return true;
     logFile[threadId] << "Too many reads for the gap.\t" << gap.greadSum << "\t" << gap.gap_length << "\n"
                       << "Or the edge is too short: " << contig1.size() << "\t" << contig2.size() << "\n";
     return false;
@@ -38,9 +34,9 @@ bool Admitted(const Gap& gap, const std::string& contig1, const std::string& con
 std::vector<Read> GatherReads(const Gap& gap, const std::string& tmp_read1, const std::string& tmp_read2) {
     std::vector<Read> reads;
     reads.reserve(gap.greadSum + 2U);
-    reads.emplace_back(tmp_read1, -Size(tmp_read1));
+    reads.emplace_back(tmp_read1, -Length(tmp_read1));
     for (Len_t i = 0; i < gap.greadSum; ++i) {
-        if (Size(gap.reads[i]) >= Min_overlap && ScreenReads(gap.reads[i]) == 1) {
+        if (Length(gap.reads[i]) >= Min_overlap && ScreenReads(gap.reads[i]) == 1) {
             reads.emplace_back(gap.reads[i], gap.position[i]);
         }
     }
@@ -50,8 +46,8 @@ std::vector<Read> GatherReads(const Gap& gap, const std::string& tmp_read1, cons
 
 /// Whether the edge of a short contig stands inside the edge of a long one.
 bool ShortContigInLong(const std::string& tmp_read1, const std::string& tmp_read2) {
-    if (Size(tmp_read1) < 50 && Size(tmp_read2) > 100) return !PattNum(tmp_read1, tmp_read2).empty();
-    if (Size(tmp_read2) < 50 && Size(tmp_read1) > 100) return !PattNum(tmp_read2, tmp_read1).empty();
+    if (Length(tmp_read1) < 50 && Length(tmp_read2) > 100) return !PattNum(tmp_read1, tmp_read2).empty();
+    if (Length(tmp_read2) < 50 && Length(tmp_read1) > 100) return !PattNum(tmp_read2, tmp_read1).empty();
     return false;
 }
 
@@ -67,7 +63,7 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
     int containing = 0;
     bool have_over = overlap_ctg_edge(tmp_read1, tmp_read2, over1, over2, containing);
     if (containing == 1) {
-        if (Size(tmp_read1) != setlen) {
+        if (Length(tmp_read1) != setlen) {
             // A whole contig is in its slice, so it lies inside the other one.
             if (contig1.size() >= contig2.size()) {
                 logFile[threadId] << "After edge is included in before edge!\n";
@@ -85,7 +81,7 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
     }
     if (!have_over) return Outcome::kOpen;
     logFile[threadId] << "MinusOneNGap with check read number: " << check_num << "\n";
-    CutTail(contig1, over1);
+    DropEnd(contig1, over1);
     realgaplen = -over1;
     return Outcome::kSettled;
 }
@@ -97,15 +93,15 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
 Outcome TreatMinusGap(const std::vector<Read>& reads, const std::map<int, int>& read, std::string& contig1,
                       const std::string& contig2, int& gapsize, int& realgaplen, std::string& seq, int threadId) {
     logFile[threadId] << "The gap size is minus " << gapsize << "\n";
-    if (-gapsize >= Size(contig1) || -gapsize >= Size(contig2)) {
+    if (-gapsize >= Length(contig1) || -gapsize >= Length(contig2)) {
         logFile[threadId] << "contig repeat!\n";
         return Outcome::kSettled;
     }
-    const bool long_contigs = Size(contig1) >= 100 && Size(contig2) >= 100;
+    const bool long_contigs = Length(contig1) >= 100 && Length(contig2) >= 100;
     if (read.size() > 2 && long_contigs && (MinusCheck(gapsize, reads) || read.size() > 9)) {
         logFile[threadId] << "Cut the before contig edge!\n";
         seq.clear();
-        CutTail(contig1, -gapsize);
+        DropEnd(contig1, -gapsize);
         realgaplen = gapsize;
         return Outcome::kSettled;
     }
@@ -136,11 +132,11 @@ void DistrustSize(const std::vector<Read>& reads, const std::map<int, int>& read
 }  // namespace
 
 std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig2, int& realgaplen, int threadId) {
-    std::string seq = OpenGap(gap.gap_length);
+    std::string seq = Ns(gap.gap_length);
     if (!Admitted(gap, contig1, contig2, threadId)) return seq;
 
     std::string tmp_read1 = Tail(contig1, setlen);
-    std::string tmp_read2 = Head(contig2, setlen);
+    std::string tmp_read2 = FirstBases(contig2, setlen);
     ToUp(tmp_read1);
     ToUp(tmp_read2);
     std::vector<Read> reads = GatherReads(gap, tmp_read1, tmp_read2);
@@ -152,8 +148,8 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
     }
     if (gap.gap_length == 1) {
         // Only here are the edges of equal length; the block keeps the whole ones.
-        if (tmp_read1.size() > tmp_read2.size()) tmp_read1 = Tail(tmp_read1, Size(tmp_read2));
-        if (tmp_read2.size() > tmp_read1.size()) tmp_read2 = Head(tmp_read2, Size(tmp_read1));
+        if (tmp_read1.size() > tmp_read2.size()) tmp_read1 = Tail(tmp_read1, Length(tmp_read2));
+        if (tmp_read2.size() > tmp_read1.size()) tmp_read2 = FirstBases(tmp_read2, Length(tmp_read1));
         if (CheckOneN(tmp_read1, tmp_read2, contig1, contig2, realgaplen, threadId) == Outcome::kSettled) {
             return std::string();
         }
@@ -179,7 +175,7 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
         seq = AssembleSmallBlock(reads, gapsize, read, threadId);
     }
     // A gap of one N can't grow into a half-filled pair.
-    if (seq.size() == 2 && gap.gap_length == 1 && n_num(seq) > 0) seq = OpenGap(1);
+    if (seq.size() == 2 && gap.gap_length == 1 && n_num(seq) > 0) seq = Ns(1);
     return seq;
 }
 

@@ -15,10 +15,6 @@ namespace lintara {
 
 namespace {
 
-int Size(const std::string& seq) {
-    return static_cast<int>(seq.size());
-}
-
 /// How often a pattern stands in a sequence that is at least as long.
 int Places(const std::string& patt, const std::string& str) {
     return static_cast<int>(PattNum(patt, str).size());
@@ -26,7 +22,7 @@ int Places(const std::string& patt, const std::string& str) {
 
 /// Whether a read that is longer than `over` holds an edge part more than once.
 bool Repeated(const std::string& patt, int over, const std::string& str) {
-    return Size(str) > over && Places(patt, str) > 1;
+    return Length(str) > over && Places(patt, str) > 1;
 }
 
 /// Enlarges an edge part of a read, given by `cut`, until the read holds it once.
@@ -34,7 +30,7 @@ template <typename Cut>
 void MakeUnique(std::string& patt, int& over, const std::string& read_seq, Cut cut) {
     while (Places(patt, read_seq) >= 2) {
         ++over;
-        if (over > Size(read_seq)) break;
+        if (over > Length(read_seq)) break;
         patt = cut(read_seq, over);
     }
 }
@@ -49,7 +45,7 @@ bool OthersAgree(const std::vector<Read>& reads, int readid, int num, int gapsiz
     for (int i = 0; i < num; ++i) {
         if (i == readid) continue;
         const std::string& seq = reads[static_cast<std::size_t>(i)].seq;
-        if (Size(seq) > gapsize && gapsize > 3) {
+        if (Length(seq) > gapsize && gapsize > 3) {
             const int places = Places(gap_seq, seq);
             if (places > MinNum) {
                 logFile[threadId] << "Gap sequence may exists more than one copy in the gap region!\n";
@@ -67,9 +63,9 @@ bool OthersAgree(const std::vector<Read>& reads, int readid, int num, int gapsiz
 
 bool CrossCheck(const std::vector<Read>& reads, const int& gapsize, int readid, int readpos, TagInfo*& /*tagInfo*/) {
     const std::string& read_seq = reads[static_cast<std::size_t>(readid)].seq;
-    const int over1 = Size(reads.front().seq) - readpos;
-    const int over2 = Size(read_seq) - over1 - gapsize;
-    const std::string patt1 = Head(read_seq, over1);
+    const int over1 = Length(reads.front().seq) - readpos;
+    const int over2 = Length(read_seq) - over1 - gapsize;
+    const std::string patt1 = FirstBases(read_seq, over1);
     const std::string patt2 = Tail(read_seq, over2);
     int num = static_cast<int>(reads.size());
     // A very deep gap: the first reads are enough.
@@ -97,15 +93,15 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
     const int position = read.begin()->second;
     const std::string& before_seq = reads.front().seq;
     const std::string& read_seq = reads[static_cast<std::size_t>(readid)].seq;
-    int over1 = Size(before_seq) - position;
-    int over2 = Size(read_seq) - over1 - gapsize;
+    int over1 = Length(before_seq) - position;
+    int over2 = Length(read_seq) - over1 - gapsize;
     const std::string gap_seq = Slice(read_seq, over1, gapsize);
-    if (Size(gap_seq) != gapsize) {
+    if (Length(gap_seq) != gapsize) {
         std::cerr << "gapsize: " << gapsize << "\tposition: " << position << "\tover1: " << over1
                   << "\tread: " << read_seq << "\n";
         std::exit(-1);
     }
-    const std::string n_seq = OpenGap(gapsize);
+    const std::string n_seq = Ns(gapsize);
     const int MinNum = gapsize > 3 ? Places(gap_seq, before_seq + gap_seq + reads.back().seq) : -1;
     logFile[threadId] << "Min num: " << MinNum << "\n";
     if (over1 < min_align || over2 < min_align) {
@@ -113,7 +109,7 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
         return n_seq;
     }
 
-    std::string patt1 = Head(read_seq, over1);
+    std::string patt1 = FirstBases(read_seq, over1);
     MakeUnique(patt1, over1, read_seq, Head);
     std::string patt2 = Tail(read_seq, over2);
     MakeUnique(patt2, over2, read_seq, Tail);
@@ -131,7 +127,7 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
 
 std::string TwoReadCross(const std::vector<Read>& reads, int gapsize, const std::map<int, int>& read, int threadId) {
     const auto GapPart = [&](const std::pair<const int, int>& entry) {
-        const int over1 = Size(reads.front().seq) - entry.second;
+        const int over1 = Length(reads.front().seq) - entry.second;
         return Slice(reads[static_cast<std::size_t>(entry.first)].seq, over1, gapsize);
     };
     const std::string tmp1 = GapPart(*read.begin());
@@ -154,7 +150,7 @@ std::string TwoReadCross(const std::vector<Read>& reads, int gapsize, const std:
 
 std::string AssembleSmallBlock(const std::vector<Read>& reads, int gapsize, const std::map<int, int>& read,
                                int threadId) {
-    std::string seq = OpenGap(gapsize);
+    std::string seq = Ns(gapsize);
     const int support = static_cast<int>(read.size());
     if (support < 2 || support > 1000 * gapsize) {
         logFile[threadId] << "Support reads number should not be less than 2 or more than 1000 times of gap size!\n";
@@ -164,11 +160,11 @@ std::string AssembleSmallBlock(const std::vector<Read>& reads, int gapsize, cons
 
     const std::string& before_seq = reads.front().seq;
     seq = before_seq + seq + reads.back().seq;
-    for (int i = 0; i < Size(seq); ++i) {
+    for (int i = 0; i < Length(seq); ++i) {
         char& column = seq[static_cast<std::size_t>(i)];
         column = value_base(column, i, read, reads, threadId);
     }
-    return Slice(seq, Size(before_seq), gapsize);
+    return Slice(seq, Length(before_seq), gapsize);
 }
 
 bool MinusCheck(int gapsize, const std::vector<Read>& reads) {
@@ -176,12 +172,12 @@ bool MinusCheck(int gapsize, const std::vector<Read>& reads) {
     // A short pattern is lengthened by min_align, not raised to it.
     if (pattlen < min_align) pattlen += min_align;
     const std::string patt1 = Tail(reads.front().seq, pattlen);
-    const std::string patt2 = Head(reads.back().seq, pattlen);
+    const std::string patt2 = FirstBases(reads.back().seq, pattlen);
     if (patt1 == patt2) return true;
     bool repeated1 = false;
     bool repeated2 = false;
     for (const Read& read : reads) {
-        if (Size(read.seq) < pattlen) continue;
+        if (Length(read.seq) < pattlen) continue;
         repeated1 = repeated1 || Places(patt1, read.seq) > 1;
         repeated2 = repeated2 || Places(patt2, read.seq) > 1;
         if (repeated1 && repeated2) return false;

@@ -1,4 +1,4 @@
-#include "join/piece.h"
+#include "align/piece.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ TEST(Piece, RunOfNIsEmptyBelowOne) {
     EXPECT_EQ(Ns(3), "NNN");
     EXPECT_EQ(Ns(0), "");
     EXPECT_EQ(Ns(-4), "");
-    EXPECT_EQ(Len("ACGT"), 4);
+    EXPECT_EQ(Length("ACGT"), 4);
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
-// Pieces of sequences with int lengths, as the join routines reckon them. Lengths are compared and subtracted as ints
-// and may go negative on the way; every cut is then clamped to what the sequence holds, and nothing is ever thrown.
+// Pieces of sequences with int lengths, as the walks' consensus, the joins and the solvers reckon them. Lengths are
+// compared and subtracted as ints and may go negative on the way; every cut is then clamped to what the sequence holds,
+// and nothing is ever thrown.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <string>
 
-namespace lintara::join {
+namespace lintara {
 
 /// Size in bases, as the int that all comparisons work on.
-inline int Len(const std::string& seq) {
+inline int Length(const std::string& seq) {
     return static_cast<int>(seq.size());
 }
 
@@ -20,17 +21,25 @@ inline std::string Head(const std::string& seq, int count) {
 
 /// The last `count` bases: all of them for a count beyond the size, none for a negative one.
 inline std::string Tail(const std::string& seq, int count) {
-    return seq.substr(seq.size() - static_cast<std::size_t>(std::clamp(count, 0, Len(seq))));
+    return seq.substr(seq.size() - static_cast<std::size_t>(std::clamp(count, 0, Length(seq))));
 }
 
 /// All from the 0-based `start` on: nothing from behind the end, everything from a negative start.
 inline std::string From(const std::string& seq, int start) {
-    return seq.substr(static_cast<std::size_t>(std::clamp(start, 0, Len(seq))));
+    return seq.substr(static_cast<std::size_t>(std::clamp(start, 0, Length(seq))));
 }
 
 /// The sequence without its last `count` bases. A count beyond the size, or a negative one, leaves it whole.
 inline std::string WithoutLast(const std::string& seq, int count) {
-    return Head(seq, Len(seq) - count);
+    return Head(seq, Length(seq) - count);
+}
+
+/// Removes `count` bases at the front or at the end, at most all of them and none for a negative count.
+inline void DropFront(std::string& seq, int count) {
+    seq.erase(0, static_cast<std::size_t>(std::clamp(count, 0, Length(seq))));
+}
+inline void DropEnd(std::string& seq, int count) {
+    seq.resize(static_cast<std::size_t>(Length(seq) - std::clamp(count, 0, Length(seq))));
 }
 
 /// A run of N; empty for a negative count.
@@ -38,4 +47,4 @@ inline std::string Ns(int count) {
     return std::string(static_cast<std::size_t>(std::max(count, 0)), 'N');
 }
 
-}  // namespace lintara::join
+}  // namespace lintara
