@@ -47,6 +47,10 @@ class BlockOfReads {
         reads.back().pos = pos;
         return read;
     }
+    /// Adds reads of 100 bases that begin at `from` and every 10 bases behind it, up to `last`.
+    void Tile(int from, int last) {
+        for (int i = from; i <= last; i += 10) Cut(i, i + 100);
+    }
     /// Adds bases that are not the genome's, which Link() leaves alone.
     int Stranger(const std::string& bases, int pos) {
         reads.emplace_back(bases, pos);
@@ -142,7 +146,8 @@ class SolverTest : public ThreadStreamsTest {
         std::size_t at = 0;
         for (const std::string& text : texts) {
             const std::size_t found = log.find(text, at);
-            if (found == std::string::npos) return ::testing::AssertionFailure() << "missing: " << text << "\nin:\n" << log;
+            if (found == std::string::npos)
+                return ::testing::AssertionFailure() << "missing: " << text << "\nin:\n" << log;
             at = found + text.size();
         }
         return ::testing::AssertionSuccess();

@@ -58,11 +58,11 @@ TEST_F(SolveMiddle, WalksBothWaysFromTheBestLinkedRead) {
     EXPECT_EQ(log.substr(0, log.find("start forward")),
               "Treat the middle block of the large gap\n"
               "Start from id: 1\n");
-    EXPECT_TRUE(LoggedInOrder({"Forward from 1 vector get finished! 4\n", "start max reward assembly...\n",
-                               "Reward from 1 vector get finished!2\n",
-                               "Get the sequence of order, order size 5\nshow order list: \n0\n",
-                               "Raw seq: " + Genome(0, 220) + "\t220\n", "get the position for each read of middle block\n",
-                               BlockLine(">middle ", 5, Genome(0, 220))}));
+    EXPECT_TRUE(LoggedInOrder(
+        {"Forward from 1 vector get finished! 4\n", "start max reward assembly...\n",
+         "Reward from 1 vector get finished!2\n", "Get the sequence of order, order size 5\nshow order list: \n0\n",
+         "Raw seq: " + Genome(0, 220) + "\t220\n", "get the position for each read of middle block\n",
+         BlockLine(">middle ", 5, Genome(0, 220))}));
     EXPECT_TRUE(LogEndsWith(BlockLine(">middle ", 5, Genome(0, 220))));
     EXPECT_EQ(type, 0);
     EXPECT_EQ(realgaplen, 1);
@@ -269,8 +269,7 @@ TEST_F(SolveAfter, JoinedPathMayReachTheEdgeFromInside) {
     EXPECT_EQ(SolveBlock(block, 2), Genome(25, 100));
     EXPECT_TRUE(LoggedInOrder({"Reward from 4 vector get finished!1\nStart from id: 2\n",
                                "Forward from 2 vector get finished! 2\n", "Reward from 2 vector get finished!3\n",
-                               "Get the sequence of order, order size 4\nshow order list: \n0\n",
-                               "no read: 1\t-1\n"}));
+                               "Get the sequence of order, order size 4\nshow order list: \n0\n", "no read: 1\t-1\n"}));
     // Unlike the mirror, this line tells of the joined path.
     EXPECT_TRUE(LogEndsWith(BlockLine(">middle with end: ", 4, Genome(25, 100)))) << log;
 }
@@ -475,7 +474,8 @@ TEST_F(AssembleBlock, CellsOfLongEdgesAreTestedAsStored) {
     // 300 is 44 in 8 bits, 280 is 24. The read covers the edge and goes on for 60 bases.
     std::vector<Read> reads = Cuts({{100, 400}, {90, 460}});
     Assemble(reads, 1);
-    EXPECT_TRUE(LoggedInOrder({"start forward assembly...\nBefore clean: 1\n", "1\tlength: 360\tafter: 0\toverlap: 44\n"}));
+    EXPECT_TRUE(
+        LoggedInOrder({"start forward assembly...\nBefore clean: 1\n", "1\tlength: 360\tafter: 0\toverlap: 44\n"}));
     reads = Cuts({{100, 380}, {90, 440}});
     EXPECT_EQ(Assemble(reads, 1), "");
     EXPECT_TRUE(LoggedInOrder({"start forward assembly...\nBefore clean: 0\n"}));

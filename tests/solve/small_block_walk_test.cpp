@@ -1,5 +1,5 @@
-// One small block, step by step, from the reads to the records of its consensus: the k-mer table, the matrix, the walks,
-// the path, the sequence, the vote. The numbers are worked out on paper from the drawing of the reads below.
+// One small block, step by step, from the reads to the records of its consensus: the k-mer table, the matrix, the
+// walks, the path, the sequence, the vote. The numbers are worked out on paper from the drawing of the reads below.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -45,8 +45,8 @@ const Table kSharedWords = {{
     {0, 0, 0, 0, 0},
 }};
 
-// Each 4 bases further on cost 4 bases of the overlap. The odd bases cost one column of 34 at most, within the 3 percent
-// that may differ.
+// Each 4 bases further on cost 4 bases of the overlap. The odd bases cost one column of 34 at most, within the 3
+// percent that may differ.
 const Table kOverlaps = {{
     {0, 42, 38, 34, 0},
     {0, 0, 42, 38, 34},
@@ -194,12 +194,14 @@ TEST_F(SmallBlockWalk, FromReadsToRecords) {
               "3\tlength: 46\tafter: 1\toverlap: 38\n"
               "4\tlength: 46\tafter: 3\toverlap: 42\n"
               "4 order element used to creat get the gap sequence\n"
-              "Raw seq: " + kPath + "\t62\n");
+              "Raw seq: " +
+                  kPath + "\t62\n");
 
     // Placed by the path: reads 0, 1, 3 and 4; for the first time by a read on their left: 1, 2, 3 and 4.
     Get_snp_middle(seq, path, matrix, reads, 0);
     EXPECT_EQ(seq, kConsensus);
-    EXPECT_EQ(Snp(), "value base for each position\n" + kRecords + "SNP get finished!\tused reads: 8\tunsame base: 0\n");
+    EXPECT_EQ(Snp(),
+              "value base for each position\n" + kRecords + "SNP get finished!\tused reads: 8\tunsame base: 0\n");
     EXPECT_EQ(NewLog(), "get the position for each read of middle block\nGet snp finished!\n");
     free_matrix(matrix, 5);
 }
@@ -209,7 +211,8 @@ TEST_F(SmallBlockWalk, OneCallDoesTheSame) {
     int type = 0;
     int realgaplen = 1;
     EXPECT_EQ(assemble_block(reads, Method, type, tagInfo, realgaplen, 0), kConsensus);
-    EXPECT_EQ(Snp(), "value base for each position\n" + kRecords + "SNP get finished!\tused reads: 8\tunsame base: 0\n");
+    EXPECT_EQ(Snp(),
+              "value base for each position\n" + kRecords + "SNP get finished!\tused reads: 8\tunsame base: 0\n");
     EXPECT_EQ(initSizes[0], 5U * (100 - 31 + 1));
 }
 
@@ -246,17 +249,20 @@ TEST_F(SmallBlockWalk, WithReadZeroAsTheBeforeEdge) {
               "Raw seq: GGTGTAGCTTGACCAG\t16\n"
               "get the before position for each read\n"
               "lastid : 4\t62\n"
-              "last read: " + kReads[4] + "\n"
-              "len: 46\tstart last order check!\n"
-              "last order check passed!\n"
-              "Get snp finished!\n"
-              ">starts number: 4\t16\n"
-              "GGTGTAGCTTGACCAG\n");
+              "last read: " +
+                  kReads[4] +
+                  "\n"
+                  "len: 46\tstart last order check!\n"
+                  "last order check passed!\n"
+                  "Get snp finished!\n"
+                  ">starts number: 4\t16\n"
+                  "GGTGTAGCTTGACCAG\n");
     // Reads are placed anew by each path read here: 1 + 4 by the edge, 1 + 3 by read 1, 1 + 1 by read 3, and read 4.
     // Inside the edge the vote differs in the four columns of one read and in column 13, and changes nothing.
     EXPECT_EQ(Snp(),
               "get the before position for each read\n"
-              "value base for each position\t46\n" + kRecords + "SNP get finished!\tused reads: 12\tunsame base: 5\n");
+              "value base for each position\t46\n" +
+                  kRecords + "SNP get finished!\tused reads: 12\tunsame base: 5\n");
 }
 
 }  // namespace

@@ -232,6 +232,61 @@ TEST(Evaluate, CountsAndRowsArePrinted) {
               "1\t1\t0\tplain\t5\t3\t3\t0\t0\texact\n2\t1\t1\t\t0\t7\t0\t6\t\topen\n");
 }
 
+GapResult Result(int length, const std::string& kind, Outcome outcome) {
+    GapResult result;
+    result.truth.length = length;
+    result.truth.kind = kind;
+    result.outcome = outcome;
+    return result;
+}
+
+TEST(PrintByLength, ClassesMeetAtTheirBounds) {
+    const std::vector<GapResult> results = {
+        Result(-90, "", Outcome::kExact),   Result(-1, "", Outcome::kWrong),    Result(0, "", Outcome::kNear),
+        Result(1, "", Outcome::kExact),     Result(100, "", Outcome::kExact),   Result(101, "", Outcome::kPartly),
+        Result(600, "", Outcome::kOpen),    Result(601, "", Outcome::kOpen),    Result(1499, "", Outcome::kNotFound),
+        Result(1500, "", Outcome::kPartly), Result(90000, "", Outcome::kPartly)};
+    std::ostringstream out;
+    PrintByLength(results, out);
+    EXPECT_EQ(out.str(),
+              "true length\texact\tnear\twrong\tpartly\topen\tnot found\ttotal\n"
+              "overlap\t1\t0\t1\t0\t0\t0\t2\n"
+              "0\t0\t1\t0\t0\t0\t0\t1\n"
+              "1-100\t2\t0\t0\t0\t0\t0\t2\n"
+              "101-600\t0\t0\t0\t1\t1\t0\t2\n"
+              "601-1499\t0\t0\t0\t0\t1\t1\t2\n"
+              "1500+\t0\t0\t0\t2\t0\t0\t2\n");
+}
+
+TEST(PrintByLength, ClassesWithoutGapsAreRowsOfZeros) {
+    std::ostringstream out;
+    PrintByLength({}, out);
+    EXPECT_EQ(out.str(),
+              "true length\texact\tnear\twrong\tpartly\topen\tnot found\ttotal\n"
+              "overlap\t0\t0\t0\t0\t0\t0\t0\n0\t0\t0\t0\t0\t0\t0\t0\n1-100\t0\t0\t0\t0\t0\t0\t0\n"
+              "101-600\t0\t0\t0\t0\t0\t0\t0\n601-1499\t0\t0\t0\t0\t0\t0\t0\n1500+\t0\t0\t0\t0\t0\t0\t0\n");
+}
+
+TEST(PrintByKind, NumbersStandInTheirOrderAndNoNameIsADash) {
+    const std::vector<GapResult> results = {
+        Result(1, "tandem12", Outcome::kExact), Result(1, "tandem3", Outcome::kWrong),
+        Result(1, "plain", Outcome::kOpen),     Result(1, "tandem", Outcome::kNear),
+        Result(1, "", Outcome::kNotFound),      Result(1, "plain", Outcome::kExact),
+        Result(1, "tandem03", Outcome::kExact), Result(1, "7", Outcome::kPartly),
+        Result(1, "tandem3", Outcome::kOpen)};
+    std::ostringstream out;
+    PrintByKind(results, out);
+    EXPECT_EQ(out.str(),
+              "kind\texact\tnear\twrong\tpartly\topen\tnot found\ttotal\n"
+              "7\t0\t0\t0\t1\t0\t0\t1\n"
+              "-\t0\t0\t0\t0\t0\t1\t1\n"
+              "plain\t1\t0\t0\t0\t1\t0\t2\n"
+              "tandem\t0\t1\t0\t0\t0\t0\t1\n"
+              "tandem3\t0\t0\t1\t0\t1\t0\t2\n"
+              "tandem03\t1\t0\t0\t0\t0\t0\t1\n"
+              "tandem12\t1\t0\t0\t0\t0\t0\t1\n");
+}
+
 class EvaluateProgram : public testing::ThreadStreamsTest {
   protected:
     std::string Write(const std::string& name, const std::string& text) {
@@ -269,6 +324,28 @@ TEST_F(EvaluateProgram, ReadsTheThreeFilesAndIgnoresCase) {
     EXPECT_EQ(
         testing::FileText(table),
         "gap\tscaffold\tcontig\tkind\tstated\ttrue\tfilled\tn\tedits\toutcome\n1\t1\t0\tplain\t4\t5\t5\t0\t0\texact\n");
+}
+
+TEST_F(EvaluateProgram, BreakdownsFollowTheCountsOnRequest) {
+    const std::string before = RandomBases(120, 30);
+    const std::string after = RandomBases(120, 31);
+    const std::string files = "-c " +
+                              Write("contig.fa", ">scaffold1_0\t0\n" + before + "\n>scaffold1_1\t4\n" + after + "\n") +
+                              " -T " + Write("truth.tsv", "1\t1\t0\t4\t5\tplain\tACGTT\n") + " " +
+                              Write("seq", ">scaffold1\n" + before + "ACGTT" + after + "\n");
+    const std::string counts = "exact\t1\nnear\t0\nwrong\t0\npartly\t0\nopen\t0\nnot found\t0\ntotal\t1\n";
+    const std::string kinds =
+        "\nkind\texact\tnear\twrong\tpartly\topen\tnot found\ttotal\nplain\t1\t0\t0\t0\t0\t0\t1\n";
+    const std::string lengths =
+        "\ntrue length\texact\tnear\twrong\tpartly\topen\tnot found\ttotal\n"
+        "overlap\t0\t0\t0\t0\t0\t0\t0\n0\t0\t0\t0\t0\t0\t0\t0\n1-100\t1\t0\t0\t0\t0\t0\t1\n"
+        "101-600\t0\t0\t0\t0\t0\t0\t0\n601-1499\t0\t0\t0\t0\t0\t0\t0\n1500+\t0\t0\t0\t0\t0\t0\t0\n";
+    ASSERT_EQ(Run(files), 0) << Err();
+    EXPECT_EQ(Out(), counts);
+    ASSERT_EQ(Run("--by-kind " + files), 0) << Err();
+    EXPECT_EQ(Out(), counts + kinds);
+    ASSERT_EQ(Run("--by-kind --by-length " + files), 0) << Err();
+    EXPECT_EQ(Out(), counts + lengths + kinds);
 }
 
 TEST_F(EvaluateProgram, FaultsNameFileLineAndValue) {

@@ -3,10 +3,14 @@
 #include <edlib.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <limits>
+#include <numeric>
 #include <optional>
 #include <ostream>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 
 namespace lintara::evaluate {
@@ -265,6 +269,33 @@ class ScaffoldJudge {
     std::vector<std::vector<Anchor>> anchors_;  ///< of each contig, from its start to its end
 };
 
+using OutcomeCounts = std::array<int, kOutcomes>;
+
+void PrintHead(const char* first, std::ostream& out) {
+    out << first;
+    for (int i = 0; i < kOutcomes; ++i) out << "\t" << OutcomeName(static_cast<Outcome>(i));
+    out << "\ttotal\n";
+}
+
+void PrintRow(const std::string& name, const OutcomeCounts& counts, std::ostream& out) {
+    out << name;
+    for (const int count : counts) out << "\t" << count;
+    out << "\t" << std::accumulate(counts.begin(), counts.end(), 0) << "\n";
+}
+
+/// By the text in front of the number at a kind's end, then by the number: tandem3 stands in front of tandem12.
+struct KindOrder {
+    bool operator()(const std::string& a, const std::string& b) const { return Key(a) < Key(b); }
+
+    static std::tuple<std::string_view, std::size_t, std::string_view, std::size_t> Key(std::string_view kind) {
+        std::size_t digits = kind.size();
+        while (digits > 0 && kind[digits - 1] >= '0' && kind[digits - 1] <= '9') --digits;
+        // Without zeros in front, the longer of two numbers is the larger one; how many there are keeps 3 and 03 apart.
+        const std::size_t number = std::min(kind.find_first_not_of('0', digits), kind.size());
+        return {kind.substr(0, digits), kind.size() - number, kind.substr(number), number - digits};
+    }
+};
+
 }  // namespace
 
 const char* OutcomeName(Outcome outcome) {
@@ -297,6 +328,36 @@ void PrintCounts(const std::vector<GapResult>& results, std::ostream& out) {
     for (const GapResult& result : results) ++counts[static_cast<int>(result.outcome)];
     for (int i = 0; i < kOutcomes; ++i) out << OutcomeName(static_cast<Outcome>(i)) << "\t" << counts[i] << "\n";
     out << "total\t" << results.size() << "\n";
+}
+
+void PrintByLength(const std::vector<GapResult>& results, std::ostream& out) {
+    struct Class {
+        int most;  // longest true length
+        const char* name;
+    };
+    constexpr std::array<Class, 6> kClasses = {{{-1, "overlap"},
+                                                {0, "0"},
+                                                {100, "1-100"},
+                                                {600, "101-600"},
+                                                {1499, "601-1499"},
+                                                {std::numeric_limits<int>::max(), "1500+"}}};
+    std::array<OutcomeCounts, kClasses.size()> counts = {};
+    for (const GapResult& result : results) {
+        const auto found = std::find_if(kClasses.begin(), kClasses.end(),
+                                        [&](const Class& row) { return result.truth.length <= row.most; });
+        ++counts[static_cast<std::size_t>(found - kClasses.begin())][static_cast<std::size_t>(result.outcome)];
+    }
+    PrintHead("true length", out);
+    for (std::size_t i = 0; i < kClasses.size(); ++i) PrintRow(kClasses[i].name, counts[i], out);
+}
+
+void PrintByKind(const std::vector<GapResult>& results, std::ostream& out) {
+    std::map<std::string, OutcomeCounts, KindOrder> counts;
+    for (const GapResult& result : results) {
+        ++counts[result.truth.kind.empty() ? "-" : result.truth.kind][static_cast<std::size_t>(result.outcome)];
+    }
+    PrintHead("kind", out);
+    for (const auto& [kind, row] : counts) PrintRow(kind, row, out);
 }
 
 void PrintPerGap(const std::vector<GapResult>& results, std::ostream& out) {

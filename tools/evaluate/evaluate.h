@@ -64,6 +64,12 @@ std::vector<GapResult> Evaluate(const Contigs& contigs, const std::vector<TrueGa
 
 /// Writes one line an outcome with its count, and the total.
 void PrintCounts(const std::vector<GapResult>& results, std::ostream& out);
+/// Writes a table with one row a class of true lengths, also where no gap is of it, and one column an outcome. The
+/// classes: overlap (below 0), 0, 1-100, 101-600, 601-1499, 1500+.
+void PrintByLength(const std::vector<GapResult>& results, std::ostream& out);
+/// Writes such a table with one row a kind, numbers at the end of a kind in their own order; "-" for one without a
+/// name.
+void PrintByKind(const std::vector<GapResult>& results, std::ostream& out);
 /// Writes one row a gap: gap, scaffold, contig, kind, stated, true, filled, n, edits, outcome.
 void PrintPerGap(const std::vector<GapResult>& results, std::ostream& out);
 
