@@ -242,7 +242,7 @@ TEST_F(Program, TheFirstSubDirectoryThatFailsIsNamed) {
 TEST_F(Program, FilesThatCannotBeOpenedEndTheRun) {
     // The leak check of an instrumented build needs files of its own when the process ends.
     const testing::ProgramResult result =
-        testing::RunCommand("ulimit -n 12; ASAN_OPTIONS=detect_leaks=0 " + Command("-t 20"), Directory());
+        testing::RunCommand("ulimit -n 60; ASAN_OPTIONS=detect_leaks=0 " + Command("-t 40"), Directory());
     EXPECT_EQ(result.status, 1);
     const std::string last = "Can't open output files!\n";
     EXPECT_EQ(result.err.substr(result.err.size() - last.size()), last);
