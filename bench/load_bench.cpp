@@ -33,8 +33,9 @@ class Input {
             contig_file_out << ">scaffold" << gap + 1 << "_0\t0\nACGT\n>scaffold" << gap + 1 << "_1\t500\nACGT\n";
             for (int i = 0; i < 200; ++i) {
                 for (int j = 0; j < 10; ++j) read[random() % 100] = "ACGT"[random() % 4];
-                const std::string record = ">" + std::to_string(gap + 1) + "\t500\t" + std::to_string(i * 3 - 50) +
-                                           "\t" + std::to_string(gap + 1) + "\t0\n" + read + "\n";
+                std::string record(1, '>');
+                record.append(std::to_string(gap + 1)).append("\t500\t").append(std::to_string(i * 3 - 50));
+                record.append("\t").append(std::to_string(gap + 1)).append("\t0\n").append(read).append("\n");
                 gap_file_out << record;
                 written += static_cast<long>(record.size());
                 ++reads;
