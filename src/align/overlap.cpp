@@ -17,6 +17,7 @@ using detail::PlanSeeds;
 using detail::SeedPlan;
 using detail::SignedLength;
 using detail::StartAccepted;
+using detail::StartInside;
 
 namespace {
 
@@ -52,17 +53,6 @@ int SeedsOfSecond(const std::string& str1, const std::string& str2, SeedPlan see
         if (Accepted(str1, pos, str2, p, std::abs(length), match_ratio)) return length;
     }
     return 0;
-}
-
-// All seeds found and none accepted is what a repeat does: the whole start of `inner` is then sought in `outer`.
-// 0 or the overlap length.
-int StartInside(const std::string& inner, const std::string& outer, int method, double match_ratio) {
-    const int pattlen = std::min(Min_overlap, Size(inner));
-    if (pattlen > Size(outer)) return 0;
-    const int pos = FindSeed(inner, 0, pattlen, outer, method);
-    if (pos < 0) return 0;
-    const int n = std::min(Size(outer) - pos, Size(inner));
-    return StartAccepted(outer, pos, inner, n, match_ratio) ? n : 0;
 }
 
 void CheckSeedLength(int pattlen) {

@@ -52,4 +52,13 @@ int SignedLength(const std::string& str1, int pos1, const std::string& str2, int
     return tie_is_plus ? tail2 + before : -(tail2 + before);
 }
 
+int StartInside(const std::string& inner, const std::string& outer, int method, double match_ratio) {
+    const int pattlen = std::min(Min_overlap, Size(inner));
+    if (pattlen > Size(outer)) return 0;
+    const int pos = FindSeed(inner, 0, pattlen, outer, method);
+    if (pos < 0) return 0;
+    const int n = std::min(Size(outer) - pos, Size(inner));
+    return StartAccepted(outer, pos, inner, n, match_ratio) ? n : 0;
+}
+
 }  // namespace lintara::detail

@@ -25,6 +25,11 @@ bool Accepted(const std::string& a, int p, const std::string& b, int pos, int n,
 /// The same for a placement that has `inner` from its start on at offset pos of `outer`.
 bool StartAccepted(const std::string& outer, int pos, const std::string& inner, int n, double match_ratio);
 
+/// The second look of overlap() when all seeds were found and none accepted, which is what a repeat does: the whole
+/// start of `inner`, Min_overlap bases of it, is sought in `outer`.
+/// @return 0 or the overlap length
+int StartInside(const std::string& inner, const std::string& outer, int method, double match_ratio);
+
 /// One seed placement of str1 and str2, the seed's column being at pos1 and pos2: plus or minus the overlap length,
 /// as overlap() returns it.
 /// @param tie_is_plus  the sign when both sequences end together

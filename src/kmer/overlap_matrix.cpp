@@ -35,6 +35,17 @@ T* NewArray(std::size_t count, const char* message) {
     return array;
 }
 
+// The matrix of num rows, all cells 0.
+std::uint8_t** NewMatrix(std::uint16_t read_number) {
+    std::uint8_t** matrix = NewArray<std::uint8_t*>(read_number, "Out of memory! Main: 142. Function: hash2matrix\n");
+    for (int i = 0; i < read_number; ++i) {
+        // Twice what the cells take; the spare half is never touched.
+        matrix[i] = NewArray<std::uint8_t>(2U * read_number, "Out of memory! Line: 152. Function: hash2matrix\n");
+        std::memset(matrix[i], 0, read_number);
+    }
+    return matrix;
+}
+
 // Marks each pair of different reads in one record. The entries never fall, so seeds lie above the diagonal only.
 void SeedPairs(const Entity& record, std::uint8_t** matrix, std::uint16_t read_number) {
     const std::uint64_t frequency =
@@ -47,22 +58,6 @@ void SeedPairs(const Entity& record, std::uint8_t** matrix, std::uint16_t read_n
             const std::uint16_t after = record.p[j];
             if (after < read_number && after != front && row[after] == 0) row[after] = 1;
         }
-    }
-}
-
-// Settles the cell of one seed and of its mirror.
-void ComparePair(std::uint8_t** matrix, const std::vector<Read>& reads, int i, int j, int method) {
-    const int len1 = static_cast<int>(reads[i].seq.size());
-    const int len2 = static_cast<int>(reads[j].seq.size());
-    const int pos = overlap(reads[i].seq, reads[j].seq, method, Match_ratio);
-    const bool contained = std::abs(pos) >= len1 || std::abs(pos) >= len2;
-    matrix[i][j] = 0;
-    matrix[j][i] = 0;
-    if (contained) return;
-    if (pos >= 0) {
-        matrix[i][j] = static_cast<std::uint8_t>(pos);
-    } else {
-        matrix[j][i] = static_cast<std::uint8_t>(-pos);
     }
 }
 
@@ -127,14 +122,22 @@ void fill_hash(HashSet*& hash, const std::vector<Read>& reads) {
 }
 
 std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number) {
-    std::uint8_t** matrix = NewArray<std::uint8_t*>(read_number, "Out of memory! Main: 142. Function: hash2matrix\n");
-    for (int i = 0; i < read_number; ++i) {
-        // Twice what the cells take; the spare half is never touched.
-        matrix[i] = NewArray<std::uint8_t>(2U * read_number, "Out of memory! Line: 152. Function: hash2matrix\n");
-        std::memset(matrix[i], 0, read_number);
-    }
+    std::uint8_t** matrix = NewMatrix(read_number);
     for (std::uint64_t slot = 0; slot < hash->size; ++slot) {
         if (!is_entity_null(hash->nul_flag, slot)) SeedPairs(hash->array[slot], matrix, read_number);
+    }
+    return matrix;
+}
+
+std::uint8_t** marks2matrix(const PairMarks& marks) {
+    std::uint8_t** matrix = NewMatrix(static_cast<std::uint16_t>(marks.num));
+    for (int i = 0; i < marks.num; ++i) {
+        for (int word = i / 64; word < marks.words; ++word) {
+            for (std::uint64_t left = marks.Row(i)[word]; left != 0; left &= left - 1) {
+                const int j = word * 64 + __builtin_ctzll(left);
+                if (j > i) matrix[i][j] = 1;
+            }
+        }
     }
     return matrix;
 }
@@ -146,7 +149,11 @@ void overlap_matrix(std::uint8_t**& matrix, const std::vector<Read>& reads, int 
     const int end = type == 2 || type == 3 ? num - 1 : num;
     for (int i = start; i < end; ++i) {
         for (int j = start; j < end; ++j) {
-            if (matrix[i][j] == 1) ComparePair(matrix, reads, i, j, method);
+            if (matrix[i][j] != 1) continue;
+            const int pos = overlap(reads[i].seq, reads[j].seq, method, Match_ratio);
+            const int len1 = static_cast<int>(reads[i].seq.size());
+            const int len2 = static_cast<int>(reads[j].seq.size());
+            detail::SettleCells(matrix, i, j, len1, len2, pos);
         }
     }
     logFile[threadId] << "caculate finish!\n";

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "kmer/hashSet.h"
+#include "kmer/seed_runs.h"
 #include "store/gap.h"
 
 namespace lintara {
@@ -58,6 +59,9 @@ void fill_hash(HashSet*& hash, const std::vector<Read>& reads);
 /// @param read_number  number of reads in the block, num
 std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number);
 
+/// The same matrix from pairs that are known already, see MarkSharedKmers().
+std::uint8_t** marks2matrix(const PairMarks& marks);
+
 /// Compares the reads of every cell of 1 and writes the overlap, in bases, into the cell of its direction. The edge
 /// reads that type names are left out, and their cells stay as they are.
 ///
@@ -66,6 +70,19 @@ std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number);
 /// @param type      kind of the block, see above
 /// @param threadId  whose log gets the two lines
 void overlap_matrix(std::uint8_t**& matrix, const std::vector<Read>& reads, int method, int type, int threadId);
+
+namespace detail {
+
+/// Writes what overlap() said of reads i and j into the cell of its direction and clears the mirror. An overlap that is
+/// not shorter than both reads clears both.
+inline void SettleCells(std::uint8_t** matrix, int i, int j, int len1, int len2, int pos) {
+    const int length = pos < 0 ? -pos : pos;
+    const std::uint8_t cell = length < len1 && length < len2 ? static_cast<std::uint8_t>(length) : 0;
+    matrix[i][j] = pos > 0 ? cell : 0;
+    matrix[j][i] = pos > 0 ? 0 : cell;
+}
+
+}  // namespace detail
 
 /// Clears column 0 and row num - 1.
 void correct_matrix(std::uint8_t**& matrix, std::uint16_t num);

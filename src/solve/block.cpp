@@ -9,6 +9,8 @@
 #include "join/edge_connect.h"
 #include "kmer/hashSet.h"
 #include "kmer/overlap_matrix.h"
+#include "kmer/pair_overlap.h"
+#include "kmer/seed_runs.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/halves.h"
@@ -19,10 +21,16 @@ namespace lintara {
 
 namespace {
 
-std::uint8_t** BuildMatrix(const std::vector<Read>& reads, int threadId) {
+// Rounding up to an odd size and doubling must fit, or the table says so and ends the process.
+const std::uint64_t MOST_SLOTS = std::uint64_t{1} << 32;
+
+/// The seeded matrix of a block. marks tells which pairs are seeded, or stays empty when the k-mer table had to.
+std::uint8_t** BuildMatrix(const std::vector<Read>& reads, PairMarks& marks, int threadId) {
     const std::uint16_t num = static_cast<std::uint16_t>(reads.size());
     // How many k-mers the block can hold.
     initSizes[threadId] = static_cast<std::uint64_t>(static_cast<std::int64_t>(ReadLen - Kmer + 1) * num);
+    if (initSizes[threadId] <= MOST_SLOTS && MarkSharedKmers(reads, marks)) return marks2matrix(marks);
+    marks = PairMarks{};
     HashSet* hash = init_hashset(initSizes[threadId], load_factor);
     fill_hash(hash, reads);
     std::uint8_t** matrix = hash2matrix(hash, num);
@@ -30,14 +38,29 @@ std::uint8_t** BuildMatrix(const std::vector<Read>& reads, int threadId) {
     return matrix;
 }
 
+/// What the edge finders make of overlap() when the read is no longer than the edge.
+int InsideEdge(int length, const std::string& read) {
+    return length < 1 || length >= Length(read) ? 0 : length;
+}
+
+/// Whether the overlap of an inner read with an edge has been measured with the whole block.
+bool IsKnown(const std::vector<int>& with_edge, int i) {
+    return !with_edge.empty() && i > 0 && i + 1 < static_cast<int>(with_edge.size());
+}
+
 /// Writes the row of the before edge. A read that reaches past the edge's left end is cut to begin where the edge does,
 /// and overlaps the whole edge.
-void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, int method, int* start) {
+///
+/// @param with_edge  see EdgeOverlaps; empty when nothing has been measured yet
+void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::vector<int>& with_edge, int method,
+                     int* start) {
     const int edge = Length(reads[0].seq);
     const int num = static_cast<int>(reads.size());
     for (int i = 0; i < num; ++i) {
         int before_len = -1;
-        const int pos = overlap_before_len(reads[0].seq, reads[i].seq, method, before_len, Match_ratio);
+        const int pos = IsKnown(with_edge, i)
+                            ? InsideEdge(with_edge[i], reads[i].seq)
+                            : overlap_before_len(reads[0].seq, reads[i].seq, method, before_len, Match_ratio);
         if (before_len < 0) {
             start[i] = 0;
             matrix[0][i] = static_cast<std::uint8_t>(std::min(pos, edge));
@@ -54,12 +77,15 @@ void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, int method
 
 /// Writes the column of the after edge; differs on purpose in its start at read 1 and in its look at the read's cell
 /// with the before edge, since the read may have become shorter than that overlap.
-void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, int method, int* end) {
+void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::vector<int>& with_edge, int method,
+                    int* end) {
     const int num = static_cast<int>(reads.size());
     const int edge = Length(reads[num - 1].seq);
     for (int i = 1; i < num; ++i) {
         int after_len = -1;
-        const int pos = overlap_after_len(reads[i].seq, reads[num - 1].seq, method, after_len, Match_ratio);
+        const int pos = IsKnown(with_edge, i)
+                            ? InsideEdge(with_edge[i], reads[i].seq)
+                            : overlap_after_len(reads[i].seq, reads[num - 1].seq, method, after_len, Match_ratio);
         if (after_len < 0) {
             end[i] = 0;
             matrix[i][num - 1] = static_cast<std::uint8_t>(std::min(pos, edge));
@@ -73,6 +99,12 @@ void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, int method,
         if (matrix[i][num - 1] < Min_overlap) matrix[i][num - 1] = 0;
         matrix[num - 1][i] = 0;
     }
+}
+
+/// The lines of overlap_matrix().
+void LogMatrixSteps(int threadId) {
+    logFile[threadId] << "caculate the overlap values\n"
+                      << "caculate finish!\n";
 }
 
 /// What the walks of one block work on.
@@ -213,15 +245,22 @@ std::string SolveAfterBlock(const Block& block) {
 std::string assemble_block(std::vector<Read>& reads, int method, int& type, TagInfo*& tagInfo, int& realgaplen,
                            int threadId) {
     const std::uint16_t num = static_cast<std::uint16_t>(reads.size());
-    std::uint8_t** matrix = BuildMatrix(reads, threadId);
+    PairMarks marks;
+    std::uint8_t** matrix = BuildMatrix(reads, marks, threadId);
     std::vector<int> starts_past(num);
     std::vector<int> ends_past(num);
     int* start = starts_past.data();
     int* end = ends_past.data();
     logFile[threadId] << "the read number is: " << num << "\n";
-    if (type == 1 || type == 3) WriteBeforeEdge(matrix, reads, method, start);
-    if (type == 2 || type == 3) WriteAfterEdge(matrix, reads, method, end);
-    overlap_matrix(matrix, reads, method, type, threadId);
+    EdgeOverlaps edges;
+    const bool compared = OverlapBlock(matrix, reads, marks, method, type, edges);
+    if (type == 1 || type == 3) WriteBeforeEdge(matrix, reads, edges.with_before, method, start);
+    if (type == 2 || type == 3) WriteAfterEdge(matrix, reads, edges.with_after, method, end);
+    if (compared) {
+        LogMatrixSteps(threadId);
+    } else {
+        overlap_matrix(matrix, reads, method, type, threadId);
+    }
     std::string seq = solve_block_matrix(matrix, reads, type, start, end, tagInfo, realgaplen, threadId);
     free_matrix(matrix, num);
     return seq;
