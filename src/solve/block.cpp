@@ -4,6 +4,7 @@
 
 #include "align/edge_align.h"
 #include "align/overlap.h"
+#include "align/placement.h"
 #include "consensus/edge.h"
 #include "consensus/path.h"
 #include "join/edge_connect.h"
@@ -48,6 +49,26 @@ bool IsKnown(const std::vector<int>& with_edge, int i) {
     return !with_edge.empty() && i > 0 && i + 1 < static_cast<int>(with_edge.size());
 }
 
+/// Whether an edge and a read are too short for any seed. Then they do not overlap, and no finder is asked: it would
+/// end the process over a text that is shorter than its pattern. The search of method 4 takes all lengths but 0.
+bool TooShortToOverlap(const std::string& edge, const std::string& read, int method) {
+    const int length = std::min(Length(edge), Length(read));
+    const int seed = detail::PlanSeeds(method).pattlen;
+    return length == 0 || (method != 4 && seed >= 4 && length < seed);
+}
+
+int OverlapBefore(const std::string& edge, const std::string& read, int method, int& before_len) {
+    before_len = -1;
+    if (TooShortToOverlap(edge, read, method)) return 0;
+    return overlap_before_len(edge, read, method, before_len, Match_ratio);
+}
+
+int OverlapAfter(const std::string& read, const std::string& edge, int method, int& after_len) {
+    after_len = -1;
+    if (TooShortToOverlap(edge, read, method)) return 0;
+    return overlap_after_len(read, edge, method, after_len, Match_ratio);
+}
+
 /// Writes the row of the before edge. A read that reaches past the edge's left end is cut to begin where the edge does,
 /// and overlaps the whole edge.
 ///
@@ -58,9 +79,8 @@ void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std:
     const int num = static_cast<int>(reads.size());
     for (int i = 0; i < num; ++i) {
         int before_len = -1;
-        const int pos = IsKnown(with_edge, i)
-                            ? InsideEdge(with_edge[i], reads[i].seq)
-                            : overlap_before_len(reads[0].seq, reads[i].seq, method, before_len, Match_ratio);
+        const int pos = IsKnown(with_edge, i) ? InsideEdge(with_edge[i], reads[i].seq)
+                                              : OverlapBefore(reads[0].seq, reads[i].seq, method, before_len);
         if (before_len < 0) {
             start[i] = 0;
             matrix[0][i] = static_cast<std::uint8_t>(std::min(pos, edge));
@@ -83,9 +103,8 @@ void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::
     const int edge = Length(reads[num - 1].seq);
     for (int i = 1; i < num; ++i) {
         int after_len = -1;
-        const int pos = IsKnown(with_edge, i)
-                            ? InsideEdge(with_edge[i], reads[i].seq)
-                            : overlap_after_len(reads[i].seq, reads[num - 1].seq, method, after_len, Match_ratio);
+        const int pos = IsKnown(with_edge, i) ? InsideEdge(with_edge[i], reads[i].seq)
+                                              : OverlapAfter(reads[i].seq, reads[num - 1].seq, method, after_len);
         if (after_len < 0) {
             end[i] = 0;
             matrix[i][num - 1] = static_cast<std::uint8_t>(std::min(pos, edge));
