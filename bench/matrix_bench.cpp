@@ -1,6 +1,7 @@
-// The road from the reads of one block to its overlap matrix: k-mer table, seeds, comparisons. The block has 1,000
-// reads of 100 bases at 40-fold depth. Wanted: at most 60 ms, and at most 8 MB of heap beyond the matrix itself, whose
-// rows take num * num * 2 bytes. The argument is how many bases in 1,000 are drawn anew, a quarter of them unchanged.
+// The road from the reads of one block to its overlap matrix, by the plain steps (k-mer table, seeds, comparisons) and
+// by those that the block driver takes (runs of k-mers, word tables). The block of the plain steps has 1,000 reads of
+// 100 bases at 40-fold depth. Wanted: at most 60 ms, and at most 8 MB of heap beyond the matrix itself, whose rows take
+// num * num * 2 bytes. The argument is how many bases in 1,000 are drawn anew, a quarter of them unchanged.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -12,6 +13,8 @@
 #include <vector>
 
 #include "kmer/overlap_matrix.h"
+#include "kmer/pair_overlap.h"
+#include "kmer/seed_runs.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -21,12 +24,12 @@ const int READS = 1000;
 const int READ_LENGTH = 100;
 const int DEPTH = 40;
 
-std::vector<lintara::Read> Block(int errors_per_thousand) {
+std::vector<lintara::Read> Block(int errors_per_thousand, int num = READS, int length = READS * READ_LENGTH / DEPTH) {
     std::mt19937 random(11);
     std::string genome;
-    for (int i = 0; i < READS * READ_LENGTH / DEPTH; ++i) genome += lintara::base[random() % 4];
+    for (int i = 0; i < length; ++i) genome += lintara::base[random() % 4];
     std::vector<lintara::Read> reads;
-    for (int i = 0; i < READS; ++i) {
+    for (int i = 0; i < num; ++i) {
         const int start = static_cast<int>(random() % (genome.size() - READ_LENGTH + 1));
         std::string seq = genome.substr(start, READ_LENGTH);
         for (char& letter : seq) {
@@ -99,5 +102,30 @@ void BM_SeedMatrix(benchmark::State& state) {
     lintara::free_hash(hash);
 }
 BENCHMARK(BM_SeedMatrix)->Unit(benchmark::kMillisecond);
+
+// The driver's steps for a block of so many reads with 0.5 % errors: over a region of 600 bases, so that the depth
+// grows with the reads, or (second argument 1) at 40-fold depth, so that the region grows.
+void BM_BlockToMatrix(benchmark::State& state) {
+    const int num = static_cast<int>(state.range(0));
+    const std::vector<lintara::Read> reads = Block(5, num, state.range(1) != 0 ? num * READ_LENGTH / DEPTH : 600);
+    double overlaps = 0;
+    for (auto _ : state) {
+        lintara::PairMarks marks;
+        lintara::MarkSharedKmers(reads, marks);
+        std::uint8_t** matrix = lintara::marks2matrix(marks);
+        lintara::OverlapBlock(matrix, reads, marks, lintara::Method, 0, nullptr);
+        overlaps = 0;
+        for (int i = 0; i < num; ++i) overlaps += num - static_cast<double>(std::count(matrix[i], matrix[i] + num, 0));
+        lintara::free_matrix(matrix, static_cast<std::uint16_t>(num));
+    }
+    state.counters["overlaps"] = overlaps;
+    // A rate per overlap, inverted: seconds for one.
+    state.counters["per_overlap"] =
+        benchmark::Counter(overlaps, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(BM_BlockToMatrix)
+    ->ArgsProduct({{100, 300, 1000, 2000}, {0, 1}})
+    ->ArgNames({"reads", "same_depth"})
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -14,8 +14,8 @@ namespace lintara {
 
 namespace {
 
-const int MOST_SEEDS = 8;       // seeds a read
-const int LONGEST_EDGE = 4000;  // bases; any bound below 65535 would do
+const int MOST_SEEDS = 8;               // seeds a read
+const std::size_t LONGEST_EDGE = 4000;  // bases; any bound below 65535 would do
 
 /// Places of a read's seeds in another read, a byte a seed, seed 0 lowest; ABSENT where there is none.
 using SeedPlaces = std::uint64_t;
@@ -98,8 +98,8 @@ class BlockComparer {
     }
 
     void CompareAll(const PairMarks& marks, EdgeOverlaps& edges) {
-        const EdgePlaces in_before(laid_.front(), plan_.pattlen, start_ > 0);
-        const EdgePlaces in_after(laid_.back(), plan_.pattlen, end_ < static_cast<int>(laid_.size()));
+        const EdgePlaces in_before(laid_.front(), plan_.pattlen, !edges.with_before.empty());
+        const EdgePlaces in_after(laid_.back(), plan_.pattlen, !edges.with_after.empty());
         std::vector<SeedPlaces> places(CountPairs(marks));  // of pairs, by lower read and then by higher
         std::vector<SeedPlaces*> next(laid_.size());        // next pair of each lower read
         SeedPlaces* free = places.data();
@@ -313,27 +313,36 @@ bool TablesTake(const std::vector<Read>& reads, int start, int end, int method, 
         if (length < plan.pattlen) return false;
         longest = std::max(longest, length);
     }
-    if (longest > LONGEST_TABLED_READ) return false;
-    for (const std::size_t edge : {std::size_t{0}, reads.size() - 1}) {
-        const int length = static_cast<int>(reads[edge].seq.size());
-        const bool is_edge = edge == 0 ? start > 0 : end < static_cast<int>(reads.size());
-        if (is_edge && (length < longest || length > LONGEST_EDGE)) return false;
-    }
-    return true;
+    return longest <= LONGEST_TABLED_READ;
+}
+
+/// Whether no inner read is longer than an edge of the block.
+bool EdgesAreLongest(const std::vector<Read>& reads, int start, int end) {
+    const int num = static_cast<int>(reads.size());
+    std::size_t longest = 0;
+    for (int i = start; i < end; ++i) longest = std::max(longest, reads[i].seq.size());
+    const auto is_right = [&](const std::string& edge) {
+        return edge.size() >= longest && edge.size() <= LONGEST_EDGE;
+    };
+    return (start == 0 || is_right(reads.front().seq)) && (end == num || is_right(reads.back().seq));
 }
 
 }  // namespace
 
 bool OverlapBlock(std::uint8_t** matrix, const std::vector<Read>& reads, const PairMarks& marks, int method, int type,
-                  EdgeOverlaps& edges) {
+                  EdgeOverlaps* edges) {
     const int num = static_cast<int>(reads.size());
     const int start = type == 1 || type == 3 ? 1 : 0;
     const int end = type == 2 || type == 3 ? num - 1 : num;
     const detail::SeedPlan plan = detail::PlanSeeds(method);
     if (marks.num != num || start >= end || !TablesTake(reads, start, end, method, plan)) return false;
-    if (start > 0) edges.with_before.assign(reads.size(), 0);
-    if (end < num) edges.with_after.assign(reads.size(), 0);
-    BlockComparer(matrix, reads, start, end, method, plan).CompareAll(marks, edges);
+    EdgeOverlaps none;
+    if (edges != nullptr) {
+        if (!EdgesAreLongest(reads, start, end)) return false;
+        if (start > 0) edges->with_before.assign(reads.size(), 0);
+        if (end < num) edges->with_after.assign(reads.size(), 0);
+    }
+    BlockComparer(matrix, reads, start, end, method, plan).CompareAll(marks, edges != nullptr ? *edges : none);
     return true;
 }
 

@@ -26,9 +26,10 @@ struct EdgeOverlaps {
 /// @param matrix  out: the cells of the pairs in marks
 /// @param marks   the pairs that are seeded, edges included
 /// @param type    kind of the block: 1 has the before edge as read 0, 2 the after edge as the last read, 3 both
-/// @return false, with nothing done, when settings or lengths are beyond the tables, or a read is longer than an edge
-///         (it may have to be cut at the edge before it is compared)
+/// @param edges   out; null when the edges are settled already
+/// @return false, with nothing done, when settings or lengths are beyond the tables, or edges are asked for and a read
+///         is longer than one of them (it may have to be cut there before it is compared)
 bool OverlapBlock(std::uint8_t** matrix, const std::vector<Read>& reads, const PairMarks& marks, int method, int type,
-                  EdgeOverlaps& edges);
+                  EdgeOverlaps* edges);
 
 }  // namespace lintara

@@ -11,14 +11,20 @@ namespace {
 
 const int MOST_READS = 65535;
 const std::uint64_t MOST_OCCURRENCES = 65535;  // of one k-mer; the road over the table counts in 16 bits
-const std::uint32_t FEWEST_SLOTS = 4096;
+const std::size_t FEWEST_SLOTS = 1024;
+const std::size_t SLOTS_A_READ = 32;  // enough for reads with a wrong base in two
 
 /// The distinct keys of a block, numbered in the order in which they are met.
 struct KeyNumbers {
     std::vector<std::uint64_t> keys;   // by number
     std::vector<std::uint32_t> slots;  // open addressing; number + 1, or 0 for a free slot
 
-    KeyNumbers() : slots(FEWEST_SLOTS) {}
+    explicit KeyNumbers(std::size_t reads) {
+        std::size_t size = FEWEST_SLOTS;
+        while (size < reads * SLOTS_A_READ) size *= 2;
+        slots.resize(size);
+        keys.reserve(size / 2);
+    }
 
     std::size_t FirstSlot(std::uint64_t key) const {
         const std::uint64_t mixed = (key ^ (key >> 29)) * 0x9E3779B97F4A7C15U;
@@ -163,7 +169,7 @@ void SweepRuns(const std::vector<Run>& runs, std::size_t distinct, PairMarks& ma
 
 bool MarkSharedKmers(const std::vector<Read>& reads, PairMarks& marks) {
     if (reads.size() > MOST_READS || Kmer < 1) return false;
-    KeyNumbers numbers;
+    KeyNumbers numbers(reads.size());
     std::vector<Run> runs;
     runs.reserve(reads.size() * 4);
     std::vector<std::uint64_t> keys;

@@ -272,9 +272,10 @@ std::string assemble_block(std::vector<Read>& reads, int method, int& type, TagI
     int* end = ends_past.data();
     logFile[threadId] << "the read number is: " << num << "\n";
     EdgeOverlaps edges;
-    const bool compared = OverlapBlock(matrix, reads, marks, method, type, edges);
+    bool compared = OverlapBlock(matrix, reads, marks, method, type, &edges);
     if (type == 1 || type == 3) WriteBeforeEdge(matrix, reads, edges.with_before, method, start);
     if (type == 2 || type == 3) WriteAfterEdge(matrix, reads, edges.with_after, method, end);
+    if (!compared) compared = OverlapBlock(matrix, reads, marks, method, type, nullptr);
     if (compared) {
         LogMatrixSteps(threadId);
     } else {

@@ -38,7 +38,7 @@ bool ExpectPlainCells(const std::vector<Read>& reads, int method, int type, cons
     std::uint8_t** plain = marks2matrix(marks);
     std::uint8_t** fast = marks2matrix(marks);
     EdgeOverlaps edges;
-    const bool taken = OverlapBlock(fast, reads, marks, method, type, edges);
+    const bool taken = OverlapBlock(fast, reads, marks, method, type, &edges);
     if (taken) {
         overlap_matrix(plain, reads, method, type, 0);
         int differ = 0;
@@ -105,7 +105,7 @@ TEST_F(PairOverlap, LeavesToThePlainSearchWhatTheTablesDoNotCover) {
         EXPECT_TRUE(MarkSharedKmers(reads, marks));
         std::uint8_t** matrix = marks2matrix(marks);
         EdgeOverlaps edges;
-        const bool result = OverlapBlock(matrix, reads, marks, method, type, edges);
+        const bool result = OverlapBlock(matrix, reads, marks, method, type, &edges);
         free_matrix(matrix, static_cast<std::uint16_t>(reads.size()));
         return result;
     };
