@@ -48,9 +48,20 @@ std::vector<Column> CountColumns(int first, int last, const ReadMap& read);
 Winner MostFrequent(const Column& column);
 
 /// Adds one record to text: the column's place and four counts, each followed by a tab; the called base, marker and
-/// the path's base; a tab, the covering reads, a tab, the ratio.
+/// the path's base; a tab, the covering reads, a tab, the share of them that the winner has.
+///
+/// @param value  count of the winner
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,
-                  char seq_base, double ratio);
+                  char seq_base, int value);
+
+/// Bytes of a usual record, rather more than less.
+const std::size_t kRecordSize = 36;
+
+/// Room for what WriteRatio() writes at most.
+const int kRatioSize = 16;
+
+/// Writes value / read_num, or 0 over no reads, as a stream prints a double by default. @return the end of the text
+char* WriteRatio(char* to, int value, int read_num);
 
 /// The marker of a record: dashes when the called base is the path's, blanks when the column is a candidate variant.
 inline std::string_view Marker(char bases, char seq_base) {
@@ -82,6 +93,7 @@ template <typename Vote, typename Keep>
 void VoteColumns(const std::string& seq, int first, int last, const ReadMap& read, int threadId, Vote vote, Keep keep) {
     const std::vector<Column> columns = CountColumns(first, last, read);
     std::string text;
+    text.reserve(columns.size() * kRecordSize);
     for (int posit = first; posit < last; ++posit) {
         keep(posit, vote(seq[posit], posit, columns[posit - first], text));
     }

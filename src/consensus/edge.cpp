@@ -5,6 +5,7 @@
 
 #include "align/overlap.h"
 #include "consensus/path.h"
+#include "consensus/placing.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -26,14 +27,14 @@ char StrictVote(char seq_base, int posit, const Column& column, std::string& tex
             bases = 'N';
         }
     }
-    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.ratio);
+    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.value);
     return ClearWinner(bases, seq_base, winner.ratio);
 }
 
 char PlainVote(char seq_base, int posit, const Column& column, std::string& text) {
     const Winner winner = MostFrequent(column);
     const char bases = winner.value >= 2 ? winner.bases : 'N';
-    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.ratio);
+    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.value);
     return ClearWinner(bases, seq_base, winner.ratio);
 }
 
@@ -57,7 +58,7 @@ int Step(const std::vector<int>& order, std::size_t o, Overlaps matrix, const st
 
 // ---- A path from the before edge ----
 
-struct BeforePlacing {
+struct BeforePlaces {
     ReadMap read;
     int valued_read_num = 0;
     int last_id = -1;   // the read that runs furthest past the path among those with a good overlap
@@ -70,30 +71,32 @@ bool KeepsPlace(const Read& path_read, const Read& placed) {
     return path_pos > placed.pos || path_pos + 2LL * ReadLen < placed.pos;
 }
 
-BeforePlacing PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
-                              int threadId) {
-    BeforePlacing placing;
+BeforePlaces PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
+                             int threadId) {
+    BeforePlaces places;
+    Placing placing(reads);
     int iter_len = 0;
     for (std::size_t o = 0; o < order.size(); ++o) {
         if (o > 0) iter_len += Step(order, o, matrix, reads, threadId);
         const Read& path_read = reads[order[o]];
-        placing.read[&path_read.seq] = iter_len;
-        ++placing.valued_read_num;
+        placing.Set(static_cast<std::size_t>(order[o]), iter_len);
+        ++places.valued_read_num;
         for (std::size_t i = 0; i < reads.size(); ++i) {
             const int over = matrix[order[o]][i];
             if (over == 0) continue;
-            if (placing.read.count(&reads[i].seq) > 0 && KeepsPlace(path_read, reads[i])) continue;
+            if (placing.Has(i) && KeepsPlace(path_read, reads[i])) continue;
             const int offset = Length(path_read.seq) - over + iter_len;
-            placing.read[&reads[i].seq] = offset;
-            ++placing.valued_read_num;
+            placing.Set(i, offset);
+            ++places.valued_read_num;
             const int tail = offset + Length(reads[i].seq);
-            if (tail > placing.last_tail && 2 * over >= Length(reads[i].seq)) {
-                placing.last_tail = tail;
-                placing.last_id = static_cast<int>(i);
+            if (tail > places.last_tail && 2 * over >= Length(reads[i].seq)) {
+                places.last_tail = tail;
+                places.last_id = static_cast<int>(i);
             }
         }
     }
-    return placing;
+    places.read = placing.Map();
+    return places;
 }
 
 // Returns the number of columns inside the edge whose vote differs; such a column is never changed.
@@ -116,16 +119,16 @@ int VoteBehindEdge(std::string& seq, int before_len, const ReadMap& read, bool n
 }
 
 // Lengthens seq by the part of the read last_id that passes beyond it, if both agree.
-void ExtendTail(std::string& seq, const BeforePlacing& placing, const std::vector<int>& order, Overlaps matrix,
+void ExtendTail(std::string& seq, const BeforePlaces& places, const std::vector<int>& order, Overlaps matrix,
                 const std::vector<Read>& reads, int threadId) {
     std::ofstream& log = logFile[threadId];
-    int last_id = placing.last_id;
+    int last_id = places.last_id;
     int offset = 0;
     int len = 0;
-    log << "lastid : " << last_id << '\t' << placing.last_tail << '\n';
+    log << "lastid : " << last_id << '\t' << places.last_tail << '\n';
     if (last_id != -1) {
         log << "last read: " << reads[last_id].seq << '\n';
-        offset = placing.read.at(&reads[last_id].seq);
+        offset = places.read.at(&reads[last_id].seq);
         if (offset > 0) len = Length(seq) - offset;
         if (len < 1) {
             log << "Position error!\t" << seq.size() << '\t' << offset << '\n';
@@ -133,7 +136,7 @@ void ExtendTail(std::string& seq, const BeforePlacing& placing, const std::vecto
         }
     }
     log << "len: " << len << "\tstart last order check!\n";
-    if (!LastOrderCheck(seq, placing.read, reads, order) || last_id == -1) return;
+    if (!LastOrderCheck(seq, places.read, reads, order) || last_id == -1) return;
     log << "last order check passed!\n";
     if (matrix[order.back()][last_id] == 0) return;
     const std::string& last_read = reads[last_id].seq;
@@ -166,29 +169,29 @@ HeadRead FindHead(const std::vector<int>& order, Overlaps matrix, const std::vec
 
 // Puts the head read in front of seq and places it with all other reads that precede the path.
 void AddHead(std::string& seq, const HeadRead& head, int first_of_order, Overlaps matrix,
-             const std::vector<Read>& reads, ReadMap& read, int threadId) {
+             const std::vector<Read>& reads, Placing& placing, int threadId) {
     const std::string& head_read = reads[head.first_id].seq;
     seq = Head(head_read, head.longest_left) + seq;
     logFile[threadId] << "lastid : " << head.first_id << '\t' << head.longest_left << '\n'
                       << "last read: " << head_read << '\n'
                       << "after add: " << seq << '\n';
-    read[&head_read] = 0;
+    placing.Set(static_cast<std::size_t>(head.first_id), 0);
     for (std::size_t i = 0; i < reads.size(); ++i) {
         const int over = matrix[i][first_of_order];
-        if (over != 0) read[&reads[i].seq] = over - Length(reads[i].seq) + head.longest_left;
+        if (over != 0) placing.Set(i, over - Length(reads[i].seq) + head.longest_left);
     }
 }
 
 // Unlike the before form this places the reads that precede a path read, and counts only the reads of the order that
 // have a successor.
 int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads, const HeadRead& head,
-                 ReadMap& read, int threadId) {
+                 Placing& placing, int threadId) {
     int valued_read_num = 0;
     int iter_len = head.longest_left;
     for (std::size_t o = 0; o + 1 < order.size(); ++o) {
         const std::string& path_read = reads[order[o]].seq;
         const Read& next = reads[order[o + 1]];
-        read[&path_read] = iter_len;
+        placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         const int next_over = matrix[order[o]][order[o + 1]];
         if (next_over == 0) IllegalOrder("Error in order vector !\t", static_cast<int>(o), threadId);
         ++valued_read_num;
@@ -196,15 +199,15 @@ int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vect
         for (std::size_t i = 0; i < reads.size(); ++i) {
             const int over = matrix[i][order[o + 1]];
             if (over == 0) continue;
-            if (reads[i].pos > next.pos && read.count(&reads[i].seq) > 0) continue;
+            if (reads[i].pos > next.pos && placing.Has(i)) continue;
             const int dis1 = Length(reads[i].seq) - over;
-            read[&reads[i].seq] = dis0 - dis1 + iter_len;
+            placing.Set(i, dis0 - dis1 + iter_len);
             ++valued_read_num;
         }
         iter_len += dis0;
     }
-    read[&reads[order.back()].seq] = iter_len;
-    if (head.first_id != -1) read[&reads[head.first_id].seq] = 0;
+    placing.Set(static_cast<std::size_t>(order.back()), iter_len);
+    if (head.first_id != -1) placing.Set(static_cast<std::size_t>(head.first_id), 0);
     return valued_read_num;
 }
 
@@ -249,21 +252,21 @@ void Get_snp_before(std::string& seq, const std::vector<int>& order, Overlaps ma
                     const int* /*start*/, bool noreadbreak, int threadId) {
     logFile[threadId] << "get the before position for each read\n";
     snp[threadId] << "get the before position for each read\n";
-    const BeforePlacing placing = PlaceFromBefore(order, matrix, reads, threadId);
+    const BeforePlaces places = PlaceFromBefore(order, matrix, reads, threadId);
 
     seq = reads[0].seq + seq;
     const int before_len = Length(reads[0].seq);
     snp[threadId] << "value base for each position\t" << before_len << '\n';
     int unsame_base_num = 0;
-    if (placing.read.size() > 2) {
-        unsame_base_num = VoteBehindEdge(seq, before_len, placing.read, noreadbreak, threadId);
+    if (places.read.size() > 2) {
+        unsame_base_num = VoteBehindEdge(seq, before_len, places.read, noreadbreak, threadId);
     }
-    if (noreadbreak) ExtendTail(seq, placing, order, matrix, reads, threadId);
+    if (noreadbreak) ExtendTail(seq, places, order, matrix, reads, threadId);
 
     CutAtFirstN(seq);
     DropFront(seq, before_len);
     logFile[threadId] << "Get snp finished!\n";
-    WriteFinish(placing.valued_read_num, unsame_base_num, threadId);
+    WriteFinish(places.valued_read_num, unsame_base_num, threadId);
 }
 
 void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
@@ -277,9 +280,10 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
     }
     log << "get the after position for each read\n";
     snp[threadId] << "get the after position for each read\n";
-    ReadMap read;
-    if (head.first_id != -1) AddHead(seq, head, order[0], matrix, reads, read, threadId);
-    const int valued_read_num = PlaceToAfter(order, matrix, reads, head, read, threadId);
+    Placing placing(reads);
+    if (head.first_id != -1) AddHead(seq, head, order[0], matrix, reads, placing, threadId);
+    const int valued_read_num = PlaceToAfter(order, matrix, reads, head, placing, threadId);
+    const ReadMap read = placing.Map();
 
     const std::string& last_seq = reads[reads.size() - 1].seq;
     int after_len = Length(last_seq);
@@ -306,26 +310,26 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
 void Get_snp_middle(std::string& seq, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
                     int threadId) {
     logFile[threadId] << "get the position for each read of middle block\n";
-    ReadMap read;
+    Placing placing(reads);
     int valued_read_num = 0;
     int iter_len = 0;
     for (std::size_t o = 0; o < order.size(); ++o) {
         if (o > 0) iter_len += Step(order, o, matrix, reads, threadId);
         const Read& path_read = reads[order[o]];
-        read[&path_read.seq] = iter_len;
+        placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++valued_read_num;
         for (std::size_t i = 0; i < reads.size(); ++i) {
             const int over = matrix[order[o]][i];
             if (over == 0) continue;
-            const auto [placed, fresh] = read.try_emplace(&reads[i].seq, 0);
+            const bool fresh = !placing.Has(i);
             if (!fresh && path_read.pos >= reads[i].pos) continue;
-            placed->second = Length(path_read.seq) - over + iter_len;
+            placing.Set(i, Length(path_read.seq) - over + iter_len);
             // Unlike in the edge forms, placing a read anew isn't counted.
             if (fresh) ++valued_read_num;
         }
     }
     snp[threadId] << "value base for each position\n";
-    VoteColumns(seq, 0, Length(seq), read, threadId, StrictVote, [&](int posit, char voted) {
+    VoteColumns(seq, 0, Length(seq), placing.Map(), threadId, StrictVote, [&](int posit, char voted) {
         if (voted != 'N') seq[posit] = voted;
     });
     logFile[threadId] << "Get snp finished!\n";

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "consensus/placing.h"
 #include "run/streams.h"
 
 namespace lintara {
@@ -13,12 +14,12 @@ using namespace consensus;
 
 char PathVote(char seq_base, int posit, const Column& column, std::string& text) {
     const Winner winner = MostFrequent(column);
-    AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.ratio);
+    AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.value);
     return ClearWinner(winner.bases, seq_base, winner.ratio);
 }
 
 // A later placement overwrites an earlier one, and each placement counts: the result is their number.
-int PlaceReads(ReadMap& read, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
+int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
                int threadId) {
     int valued_read_num = 0;
     int offset = 0;
@@ -29,13 +30,13 @@ int PlaceReads(ReadMap& read, const std::vector<int>& order, Overlaps matrix, co
             if (over == 0) IllegalOrder("Error in order vector!\t", static_cast<int>(k), threadId);
             offset += Length(reads[order[k - 1]].seq) - over;
         }
-        read[&path_read] = offset;
+        placing.Set(static_cast<std::size_t>(order[k]), offset);
         ++valued_read_num;
         // The successors off the path are witnesses too.
         for (std::size_t r = 0; r < reads.size(); ++r) {
             const int over = matrix[order[k]][r];
             if (over == 0) continue;
-            read[&reads[r].seq] = Length(path_read) - over + offset;
+            placing.Set(r, Length(path_read) - over + offset);
             ++valued_read_num;
         }
     }
@@ -89,15 +90,15 @@ std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const s
 void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
              const int* /*start*/, const int* /*end*/, int threadId) {
     logFile[threadId] << "get the position for each read\n";
-    ReadMap read;
-    const int valued_read_num = PlaceReads(read, order, matrix, reads, threadId);
+    Placing placing(reads);
+    const int valued_read_num = PlaceReads(placing, order, matrix, reads, threadId);
 
     const std::string& before = reads[0].seq;
     const std::string& after = reads[reads.size() - 1].seq;
     seq = before + seq + after;
     snp[threadId] << "value base for each position\n";
     int unsame_base_num = 0;
-    VoteColumns(seq, 0, Length(seq), read, threadId, PathVote, [&](int posit, char voted) {
+    VoteColumns(seq, 0, Length(seq), placing.Map(), threadId, PathVote, [&](int posit, char voted) {
         if (voted == seq[posit] || voted == 'N') return;
         ++unsame_base_num;
         seq[posit] = voted;

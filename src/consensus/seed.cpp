@@ -44,7 +44,7 @@ struct RestrictVote {
     char operator()(char seq_base, int posit, const Column& column, std::string& text) const {
         const Winner winner = MostFrequent(column);
         const char bases = Confirmed(winner.value, column.read_num, placed) ? winner.bases : 'N';
-        AppendRecord(text, posit, column, bases, "\t", seq_base, winner.ratio);
+        AppendRecord(text, posit, column, bases, "\t", seq_base, winner.value);
         return bases;
     }
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "repeat/tag.h"
-#include "repeat/type.h"
 #include "run/settings.h"
 
 namespace lintara {
@@ -12,74 +11,81 @@ namespace {
 /// A tag that stands fewer times in the reads is rare, that is suspect of a sequencing error.
 constexpr int kRare = 4;
 
-/// Where the walk over one read's tags stands.
-struct RunState {
-    bool gotTRTag = false;     ///< inside a run of repeat tags
-    bool gotFrontTag = false;  ///< the tag before `pos` is no repeat tag and is remembered
-    std::string frontTagSeq;   ///< that tag's bases
-    int frontTagBit = 0;       ///< and its value
+/// One read while its bases are corrected. All places are those of the laid-out reads.
+struct Correction {
+    TagReads& laid;
+    const RepeatTags& repeat;
+    int* freq;
+    int first;     ///< first place of the read
+    int tags_end;  ///< place behind its last tag
 };
 
-void RememberFront(RunState& state, const std::string& read, int pos, int tagBit) {
-    state.frontTagSeq.assign(read, pos, TAGL);
-    state.frontTagBit = tagBit;
-    state.gotFrontTag = true;
+/// Tries to write `new_base` at a place, in the way of Replace(): the tags from `from` up to `end` must all be frequent
+/// after the change.
+bool ReplaceLaid(const Correction& c, char new_base, int place, int from, int end) {
+    char* bases = c.laid.bases.data();
+    const char old_base = bases[place];
+    bases[place] = new_base;
+    for (int p = from; p < end; ++p) {
+        if (c.freq[TagOf(bases + p)] < kRare) {
+            bases[place] = old_base;
+            return false;
+        }
+    }
+    for (int p = from; p < end; ++p) --c.freq[c.laid.Tag(p)];
+    // The tags that hold the base, which are not quite those of the range.
+    for (int p = std::max(c.first, place - (TAGL - 1)); p <= place && p < c.tags_end; ++p) {
+        c.laid.tags[p] = static_cast<std::uint16_t>(TagOf(bases + p));
+    }
+    for (int p = from; p < end; ++p) ++c.freq[c.laid.Tag(p)];
+    return true;
 }
 
-bool IsRepeatTag(const std::string& tagSeq, const TagInfo* tagInfo, int TRLen) {
-    return ExistTRLen(tagInfo[TagAt(tagSeq, 0)], TRLen) > 0;
-}
-
-/// The tag right before a run is taken to be wrong in its first base, the only one that no repeat tag covers. The check
-/// begins one tag to the left of those that hold this base.
-bool CorrectFront(std::string& read, int pos, const RunState& state, TagInfo*& tagInfo, int TRLen, int*& freq,
-                  int threadId) {
-    std::string candidate = state.frontTagSeq;
-    const int startPos = pos < TAGL + 1 ? 0 : pos - (TAGL + 1);
+/// The tag right before a run, whose first repeat tag stands at `p`, is taken to be wrong in its first base, the only
+/// one that no repeat tag covers. The check begins one tag to the left of those that hold this base.
+bool CorrectFront(const Correction& c, int p) {
+    const int place = p - 1;
+    const char old_base = c.laid.bases[place];
+    const int rest = TagOf(c.laid.bases.data() + p, TAGL - 1);
+    const int from = std::max(c.first, p - (TAGL + 1));
     for (int j = 0; j < 4; ++j) {
-        if (base[j] == state.frontTagSeq[0]) continue;
-        candidate[0] = base[j];
-        if (!IsRepeatTag(candidate, tagInfo, TRLen)) continue;
-        if (Replace(read, base[j], startPos, pos, pos, freq, threadId)) return true;
+        if (base[j] == old_base || !c.repeat[(j << (2 * (TAGL - 1))) | rest]) continue;
+        if (ReplaceLaid(c, base[j], place, from, p)) return true;
     }
     return false;
 }
 
-/// The tag right behind a run is taken to be wrong in its last base. The tag itself is a repeat tag after the change,
-/// so the check begins with the one behind it.
-bool CorrectBehide(std::string& read, int pos, TagInfo*& tagInfo, int TRLen, int*& freq, int threadId) {
-    std::string candidate = read.substr(pos, TAGL);
-    const char oldBase = candidate[TAGL - 1];
-    const int endPos = std::min(pos + TAGL, TagNum(read));
+/// The tag right behind a run, at `p`, is taken to be wrong in its last base. The tag itself is a repeat tag after the
+/// change, so the check begins with the one behind it.
+bool CorrectBehide(const Correction& c, int p) {
+    const int place = p + TAGL - 1;
+    const char old_base = c.laid.bases[place];
+    const int rest = TagOf(c.laid.bases.data() + p, TAGL - 1) << 2;
+    const int end = std::min(p + TAGL, c.tags_end);
     for (int j = 0; j < 4; ++j) {
-        if (base[j] == oldBase) continue;
-        candidate[TAGL - 1] = base[j];
-        if (!IsRepeatTag(candidate, tagInfo, TRLen)) continue;
-        if (Replace(read, base[j], pos + 1, endPos, pos + TAGL, freq, threadId)) return true;
+        if (base[j] == old_base || !c.repeat[rest | j]) continue;
+        if (ReplaceLaid(c, base[j], place, p + 1, end)) return true;
     }
     return false;
 }
 
-int CorrectRead(std::string& read, TagInfo*& tagInfo, int TRLen, int*& freq, int threadId) {
+int CorrectRead(const Correction& c) {
     int correctedNum = 0;
-    RunState state;
-    const int tagNum = TagNum(read);
-    for (int pos = 0; pos < tagNum; ++pos) {
-        const int tagBit = TagAt(read, pos);
-        if (ExistTRLen(tagInfo[tagBit], TRLen) > 0) {
-            state.gotTRTag = true;
-            if (state.gotFrontTag && freq[state.frontTagBit] < kRare &&
-                CorrectFront(read, pos, state, tagInfo, TRLen, freq, threadId)) {
-                ++correctedNum;
-            }
-            state.gotFrontTag = false;
-        } else if (!state.gotTRTag) {
-            RememberFront(state, read, pos, tagBit);
-        } else if (freq[tagBit] < kRare && CorrectBehide(read, pos, tagInfo, TRLen, freq, threadId)) {
+    bool gotTRTag = false;     // inside a run of repeat tags
+    bool gotFrontTag = false;  // the tag before this one is no repeat tag
+    for (int p = c.first; p < c.tags_end; ++p) {
+        const int tag = c.laid.Tag(p);
+        if (c.repeat[tag]) {
+            gotTRTag = true;
+            if (gotFrontTag && c.freq[c.laid.Tag(p - 1)] < kRare && CorrectFront(c, p)) ++correctedNum;
+            gotFrontTag = false;
+        } else if (!gotTRTag) {
+            gotFrontTag = true;
+        } else if (c.freq[tag] < kRare && CorrectBehide(c, p)) {
             ++correctedNum;
         } else {
-            state.gotTRTag = false;
-            RememberFront(state, read, pos, tagBit);
+            gotTRTag = false;
+            gotFrontTag = true;
         }
     }
     return correctedNum;
@@ -87,9 +93,22 @@ int CorrectRead(std::string& read, TagInfo*& tagInfo, int TRLen, int*& freq, int
 
 }  // namespace
 
-int CorrectReads(std::vector<std::string>& reads, TagInfo*& tagInfo, int TRLen, int*& freq, int threadId) {
+int CorrectLaidReads(TagReads& laid, const RepeatTags& repeat, int* freq) {
     int correctedNum = 0;
-    for (std::string& read : reads) correctedNum += CorrectRead(read, tagInfo, TRLen, freq, threadId);
+    for (const int read : laid.holding) {
+        correctedNum += CorrectRead({laid, repeat, freq, laid.First(read), laid.TagsEnd(read)});
+    }
+    return correctedNum;
+}
+
+int CorrectReads(std::vector<std::string>& reads, TagInfo*& tagInfo, int TRLen, int*& freq, int /*threadId*/) {
+    TagReads laid;
+    for (const std::string& read : reads) laid.Append(read);
+    laid.FillTags();
+    const RepeatTags repeat = FindRepeatTags(tagInfo, TRLen);
+    FindHolding(laid, repeat);
+    const int correctedNum = CorrectLaidReads(laid, repeat, freq);
+    for (const int read : laid.holding) reads[read] = laid.ReadAt(read);
     return correctedNum;
 }
 

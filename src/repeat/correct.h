@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "repeat/tag_info.h"
+#include "repeat/tag_reads.h"
 
 namespace lintara {
 
@@ -18,6 +19,11 @@ namespace lintara {
 /// @param freq     tag frequencies of the reads, kept up to date for the tags that a change was checked on
 /// @return number of bases changed
 int CorrectReads(std::vector<std::string>& reads, TagInfo*& tagInfo, int TRLen, int*& freq, int threadId);
+
+/// The same on laid-out reads, whose tags follow the corrections.
+///
+/// @param laid  with FindHolding() done for `repeat`
+int CorrectLaidReads(TagReads& laid, const RepeatTags& repeat, int* freq);
 
 /// Tries to write `newBase` at the 0-based position `subEndPos` - 1 of a read. The change is refused, with nothing
 /// touched, if one of the tags that start from `startPos` to `endPos` - 1 would be rare after it; otherwise the

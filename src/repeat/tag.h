@@ -8,8 +8,11 @@
 
 namespace lintara {
 
+/// One above the largest value of a tag, which six bytes outside ACGT make.
+inline constexpr int kTagValues = 5461;
+
 /// Value of the tag that starts at `pos`, without a copy of its bases. A base outside ACGT has code 4, which spills
-/// into the base before it, so the value may exceed 4095; the largest that six characters reach is 5460, below TAG.
+/// into the base before it, so the value may exceed 4095, but stays below kTagValues.
 ///
 /// @param seq  bases
 /// @param pos  0-based start, not negative; a tag that runs past the end of `seq` is made of the bases that are there

@@ -4,6 +4,7 @@
 // frequencies `freq` (TAG ints, written here), since the repeat solvers go on reading them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -27,6 +28,11 @@ namespace lintara {
 /// @return the unit length in bases; 0: no tandem repeat
 int find_type(std::vector<std::string>& reads, TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& freq,
               int& isMultiTR, int threadId);
+
+/// The same for the reads of a block from index `first` up to `end`, that one excluded. They stay as they are: the
+/// corrections count for the unit and the frequencies alone.
+int FindBlockType(const std::vector<Read>& reads, std::size_t first, std::size_t end, TagInfo*& tagInfo,
+                  std::map<std::string, int>& TRSeq, int*& freq, int& isMultiTR, int threadId);
 
 /// The unit length that a filled tag table speaks for, confirmed on the reads.
 ///

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "align/search.h"
-#include "kmer/overlap_matrix.h"
+#include "repeat/single_unit.h"
 #include "repeat/tag.h"
 #include "repeat/type.h"
 #include "run/settings.h"
@@ -50,15 +50,8 @@ int PickByFreq(const std::map<int, int>& counts, const int* freq, int& tagBit) {
     return counts.empty() ? 0 : 1;
 }
 
-/// Frequency of the repeat's tag over that of its flanks, truncated. Without any flank frequency the repeat's own
-/// stands in, and nothing over nothing is 0.
-int CopyRatio(const FlankCounts& counts, int tagFreq, const int* freq) {
-    const int flags = counts.frontFlag + counts.behideFlag;
-    double freqbase = static_cast<double>(freq[counts.frontTagBit]) * counts.frontFlag +
-                      static_cast<double>(freq[counts.behideTagBit]) * counts.behideFlag;
-    if (freqbase == 0) freqbase = static_cast<double>(tagFreq) * flags;
-    if (freqbase == 0) return 0;
-    return static_cast<int>(static_cast<double>(tagFreq) * flags / freqbase);
+int CopyRatioOf(const FlankCounts& counts, int tagFreq, const int* freq) {
+    return CopyRatio(tagFreq, counts.frontFlag, freq[counts.frontTagBit], counts.behideFlag, freq[counts.behideTagBit]);
 }
 
 /// First of the tags `from`, `from` + 1, ... of the `TRLen` bases at `pos` that does not recur at `TRLen`, counted from
@@ -101,49 +94,6 @@ bool HeadFits(const std::string& target, const std::string& query, int index, in
 bool TailFits(const std::string& target, const std::string& query, int index, int subLen) {
     const int rest = static_cast<int>(query.size()) - (index + subLen);
     return SameBases(target, 0, query, rest, index) && SameBases(target, index + subLen, query, 0, rest);
-}
-
-// ---- a single unit ----
-
-void ScanFlanks(const std::vector<std::string>& reads, const TagInfo* tagInfo, int TRLen, FlankCounts& counts) {
-    // Not reset between reads on purpose: a run or a flank at the end of one read goes on at the start of the next.
-    bool gotTRTag = false;
-    bool gotFrontTag = false;
-    for (const std::string& read : reads) {
-        if (read.find('N') != std::string::npos) continue;
-        const int tagNum = TagNum(read);
-        for (int j = 0; j < tagNum; ++j) {
-            counts.tagBit = TagAt(read, j);
-            if (ExistTRLen(tagInfo[counts.tagBit], TRLen)) {
-                gotTRTag = true;
-                if (gotFrontTag) {
-                    ++counts.tag[counts.tagBit];
-                    ++counts.frontTag[counts.frontTagBit];
-                    gotFrontTag = false;
-                }
-            } else if (gotTRTag) {
-                ++counts.behideTag[counts.tagBit];
-                gotTRTag = false;
-            } else {
-                gotFrontTag = true;
-                counts.frontTagBit = counts.tagBit;
-            }
-        }
-    }
-}
-
-/// First word of `TRLen` bases all of whose tags recur at that length; empty if no read without an `N` has one.
-std::string FirstRepeatWord(const std::vector<std::string>& reads, const TagInfo* tagInfo, int TRLen) {
-    for (const std::string& read : reads) {
-        if (read.find('N') != std::string::npos) continue;
-        const int words = static_cast<int>(read.size()) - TRLen + 1;
-        for (int pos = 0; pos < words; ++pos) {
-            const int other = FirstOtherTag(read, pos, 0, TRLen, tagInfo);
-            if (other < 0) return read.substr(pos, TRLen);
-            pos += other;  // no word that holds this tag can pass
-        }
-    }
-    return "";
 }
 
 // ---- several units, no longer than a tag ----
@@ -246,25 +196,6 @@ int CountOf(const std::map<int, int>& counts, int tagBit) {
 
 }  // namespace
 
-void GetTRInfo(std::map<std::string, int>& TRSeq, int TRLen, TagInfo*& tagInfo, std::uint64_t /*total*/, int*& freq,
-               std::vector<std::string>& reads, int /*threadId*/) {
-    if (TRLen < 1) return;
-    FlankCounts counts;
-    ScanFlanks(reads, tagInfo, TRLen, counts);
-
-    PickByCount(counts.tag, counts.tagBit);
-    counts.frontFlag = PickByCount(counts.frontTag, counts.frontTagBit);
-    counts.behideFlag = PickByCount(counts.behideTag, counts.behideTagBit);
-    if (counts.frontFlag == 0 && counts.behideFlag == 0) return;
-
-    const std::string TRUnit =
-        TRLen <= TAGL ? bit2seq(counts.tagBit).substr(0, TRLen) : FirstRepeatWord(reads, tagInfo, TRLen);
-    // One tag spans 6 / TRLen copies.
-    int TRNum = CopyRatio(counts, freq[counts.tagBit], freq) + TAGL / TRLen;
-    if (TRLen > TAGL) ++TRNum;
-    TRSeq[TRUnit] = TRNum;
-}
-
 void GetMultiShortTRInfo(std::map<std::string, int>& isMultiTRSeq, int TRLen, TagInfo*& tagInfo,
                          std::uint64_t& /*total*/, int*& freq, std::vector<std::string>& reads, int /*threadId*/) {
     if (TRLen < 1) return;
@@ -276,7 +207,7 @@ void GetMultiShortTRInfo(std::map<std::string, int>& isMultiTRSeq, int TRLen, Ta
         counts.frontFlag = PickByFreq(counts.frontTag, freq, counts.frontTagBit);
         counts.behideFlag = PickByFreq(counts.behideTag, freq, counts.behideTagBit);
         if (counts.frontFlag == 0 && counts.behideFlag == 0) continue;
-        TRNum = CopyRatio(counts, freq[counts.tagBit], freq) + TAGL / TRLen;
+        TRNum = CopyRatioOf(counts, freq[counts.tagBit], freq) + TAGL / TRLen;
     }
 }
 
@@ -300,7 +231,7 @@ void GetMultiLongTRInfo(std::map<std::string, int>& isMultiTRSeq, int TRLen, Tag
         logFile[threadId] << "maximum behide tag frequence: " << CountOf(counts.behideTag, counts.behideTagBit) << '\t'
                           << freq[counts.behideTagBit] << '\n';
         if (counts.frontFlag == 0 && counts.behideFlag == 0) continue;
-        TRNum = CopyRatio(counts, minFreq, freq) + 1;
+        TRNum = CopyRatioOf(counts, minFreq, freq) + 1;
         logFile[threadId] << "TRNum=" << TRNum << '\n';
     }
 }

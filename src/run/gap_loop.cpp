@@ -38,7 +38,8 @@ void WriteGapRecord(const Gap& gap, const Scaf& scaffold, int scaf_id, int gap_i
     std::cout << ">gap" << gap.id << "\t" << Realgaplen << "\t" << static_cast<Len_t>(gap.gap_length) << "\tscaffold"
               << scaf_id << "\t" << gap_index << "\t" << scaffold.contigs[gap.before_contig_id].size() << "\t"
               << scaffold.contigs[gap.before_contig_id + 1].size() << "\n"
-              << gap_seq << "\n";
+              << gap_seq << "\n"
+              << std::flush;
     if (!std::cout) FailedWrite("the standard output");
     pthread_mutex_unlock(&myMutex);
 }

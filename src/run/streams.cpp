@@ -4,7 +4,10 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <map>
+#include <memory>
 #include <mutex>
+#include <streambuf>
 
 #include "run/settings.h"
 
@@ -15,6 +18,47 @@ std::ofstream* fout = nullptr;
 std::ofstream* snp = nullptr;
 
 namespace {
+
+/// Collects text and hands it on to a file in whole lines.
+class LineBuffer : public std::streambuf {
+  public:
+    explicit LineBuffer(std::filebuf& file) : file_(file) {}
+
+  protected:
+    int_type overflow(int_type c) override {
+        if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+        const char one = traits_type::to_char_type(c);
+        return xsputn(&one, 1) == 1 ? c : traits_type::eof();
+    }
+
+    std::streamsize xsputn(const char* text, std::streamsize size) override {
+        text_.append(text, static_cast<std::size_t>(size));
+        if (text_.size() < kEnough ||
+            std::char_traits<char>::find(text, static_cast<std::size_t>(size), '\n') == nullptr) {
+            return size;
+        }
+        return Write(text_.rfind('\n') + 1) ? size : 0;
+    }
+
+    int sync() override { return Write(text_.size()) ? 0 : -1; }
+
+  private:
+    static constexpr std::size_t kEnough = 1 << 16;
+
+    bool Write(std::size_t size) {
+        const std::streamsize count = static_cast<std::streamsize>(size);
+        const bool good = file_.sputn(text_.data(), count) == count && file_.pubsync() == 0;
+        text_.erase(0, size);
+        return good;
+    }
+
+    std::filebuf& file_;
+    std::string text_;
+};
+
+// The buffers of the streams that were opened. The main thread alone opens, and nothing is ever freed, since other
+// workers may still write when one of them ends the process.
+auto& buffers = *new std::map<const std::ofstream*, std::unique_ptr<LineBuffer>>;
 
 thread_local int owned = -1;
 
@@ -27,6 +71,18 @@ void FlushOwnedStreams() {
 }
 
 }  // namespace
+
+void OpenStream(std::ofstream& stream, const std::string& path) {
+    std::unique_ptr<LineBuffer>& buffer = buffers[&stream];
+    buffer = std::make_unique<LineBuffer>(*stream.rdbuf());
+    static_cast<std::ios&>(stream).rdbuf(buffer.get());
+    stream.open(path);
+}
+
+void CloseStream(std::ofstream& stream) {
+    stream.flush();
+    stream.close();
+}
 
 void OwnStreams(int threadId) {
     static std::once_flag registered;

@@ -11,6 +11,13 @@ extern std::ofstream* logFile;  ///< log.threadN: which case was taken for each 
 extern std::ofstream* fout;     ///< seq.threadN: the filled scaffolds
 extern std::ofstream* snp;      ///< snp.threadN: the consensus columns
 
+/// Opens a stream for writing with truncation, so that only whole lines get into the file until it is flushed or closed
+/// by CloseStream(): a killed run leaves no half of a line. A failure is the stream's fail state.
+void OpenStream(std::ofstream& stream, const std::string& path);
+
+/// Writes what is left and closes a stream that OpenStream() has opened.
+void CloseStream(std::ofstream& stream);
+
 /// Makes the calling thread the owner of the three streams at threadId: when it ends the process through exit(), what
 /// it has written so far is flushed.
 void OwnStreams(int threadId);

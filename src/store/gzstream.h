@@ -33,9 +33,13 @@ class gzstreambuf : public std::streambuf {
 
   protected:
     int_type underflow() override;
+    /// Reads many bytes at once without a detour over the buffer.
+    std::streamsize xsgetn(char* to, std::streamsize count) override;
     int sync() override;
 
   private:
+    bool Readable() const { return opened && (mode & std::ios::in) != 0; }
+
     gzFile file;
     char buffer[bufferSize];
     bool opened;

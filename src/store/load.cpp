@@ -6,9 +6,10 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <string_view>
 
 #include "run/settings.h"
-#include "store/gzstream.h"
+#include "store/gap_file.h"
 
 namespace lintara {
 
@@ -32,64 +33,28 @@ std::string Text(const Words&... words) {
     return text.str();
 }
 
-/// The header line of a record in the gap file.
-struct GapHeader {
-    std::string name;  ///< '>' and the gap id
-    Len_t length = 0;
-    int position = 0;
-    int scaffold = 0;
-    int contig = 0;
+// A read never holds a line end, so this marks the entries that no record has filled yet.
+const char kUnfilled = '\n';
 
-    int GapNumber() const { return std::atoi(name.c_str() + 1); }
-};
+/// Marks all entries of a gap's arrays. Filling them with Initial() instead would allocate every read twice.
+void MarkUnfilled(Gap& gap) {
+    for (Len_t i = 0; i < gap.greadSum; ++i) gap.reads[i] = kUnfilled;
+}
 
-/// Reads the records of a gap file one after the other and knows at which line it stands.
-class GapFile {
-  public:
-    explicit GapFile(const std::string& file) : in_(file.c_str(), 0, std::ios::in) {
-        if (!in_) FailToLoad(file);
-    }
-
-    /// Extracts the five fields; false at the end of the file, and at a number that is malformed or does not fit.
-    bool ReadHeader(GapHeader& header) {
-        SkipSpace();
-        header_line_ = line_;
-        if (!(in_ >> header.name)) return false;
-        SkipSpace();
-        if (!(in_ >> header.length)) return false;
-        SkipSpace();
-        if (!(in_ >> header.position)) return false;
-        SkipSpace();
-        if (!(in_ >> header.scaffold)) return false;
-        SkipSpace();
-        return static_cast<bool>(in_ >> header.contig);
-    }
-
-    /// Takes the rest of the header line and the sequence line. A file that ends here gives an empty sequence.
-    void ReadSequence(std::string& sequence) {
-        std::getline(in_, rest_);
-        sequence.clear();
-        std::getline(in_, sequence);
-        line_ += 2;
-    }
-
-    /// Number of the line on which the header stands that was read last, from 1.
-    long HeaderLine() const { return header_line_; }
-
-  private:
-    // Extraction passes over white space itself; this only counts the lines that go by.
-    void SkipSpace() {
-        std::streambuf& from = *in_.rdbuf();
-        for (int c = from.sgetc(); c == ' ' || (c >= '\t' && c <= '\r'); c = from.snextc()) {
-            if (c == '\n') ++line_;
+/// Initial() for the entries that are still marked: those of a gap id that stands at several places.
+void InitialUnfilled(const Scaf& scaffold) {
+    for (Len_t i = 0; i < scaffold.gapSum; ++i) {
+        const Gap& gap = scaffold.gaps[i];
+        for (Len_t r = 0; r < gap.greadSum; ++r) {
+            std::string* read = &gap.reads[r];
+            if (read->size() == 1 && read->front() == kUnfilled) Initial(read, 1);
         }
     }
+}
 
-    igzstream in_;
-    std::string rest_;
-    long line_ = 1;
-    long header_line_ = 1;
-};
+bool EndsWithNonBase(std::string_view text) {
+    return alphabet1[text.back()] == 4;
+}
 
 /// Position of the first such character as an int, -1 where there is none.
 int Find(const std::string& line, char c) {
@@ -119,7 +84,8 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
     std::map<int, int> gapreadsum;
     Loadgapnum(file1, gapreadsum);
     Loadcontignum(file2, scaffolds, scafid);
-    std::cerr << "scaffold number in total: " << scafid.size() << std::endl;
+    const std::size_t scaffold_count = scafid.size();
+    std::cerr << "scaffold number in total: " << scaffold_count << std::endl;
     if (gapreadsum.empty() || scafid.empty()) {
         std::cerr << "Is gapread.fa or contig.fa empty? Can't find read or contig seq\n";
         return;
@@ -136,7 +102,6 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
     GapFile in(file1);
     std::cerr << "start to load gap file\n";
     GapHeader header;
-    std::string sequence;
     int last_scaffold = 0;
     int num = 0;
     // Neighbouring records mostly belong to one gap, so its counters are looked up once a run of records.
@@ -144,7 +109,7 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
     int* stored = nullptr;
     int counted = 0;
     while (in.ReadHeader(header)) {
-        const int gap_number = header.GapNumber();
+        const int gap_number = header.gap;
         if (header.scaffold != last_scaffold) {
             num = scafid[header.scaffold];
             last_scaffold = header.scaffold;
@@ -166,7 +131,7 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
             gap.greadSum = static_cast<Len_t>(counted);
             gap.reads = new std::string[gap.greadSum];
             gap.position = new int[gap.greadSum];
-            Initial(gap.reads, counted);
+            MarkUnfilled(gap);
             Initial(gap.position, counted);
             gap.gap_length = static_cast<int>(header.length);
             gap.before_contig_id = header.contig;
@@ -176,15 +141,16 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
             BadRecord(file1, in.HeaderLine(), Text("more reads for gap ", gap_number, " than counted: ", gap.greadSum));
         }
         gap.position[*stored] = header.position;
-        in.ReadSequence(sequence);
+        std::string_view sequence = in.ReadSequence();
         if (sequence.size() <= 1) {
             std::cerr << "short read: " << sequence << std::endl;
-        } else {
-            chomp_read(sequence);
+        } else if (EndsWithNonBase(sequence)) {
+            sequence.remove_suffix(1);
         }
-        gap.reads[*stored] = std::string(sequence.data(), sequence.size());
+        gap.reads[*stored] = std::string(sequence);
         ++*stored;
     }
+    for (std::size_t i = 0; i < scaffold_count; ++i) InitialUnfilled(scaffolds[i]);
     std::cerr << "gap file load finished!\n";
 }
 
@@ -244,21 +210,19 @@ void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& sca
 void Loadgapnum(std::string& file, std::map<int, int>& gapreadsum) {
     GapFile in(file);
     GapHeader header;
-    std::string sequence;
     int last_gap = 0;
     int* count = nullptr;
     while (in.ReadHeader(header)) {
-        if (header.name[0] != '>') {
+        if (!header.marked) {
             std::cerr << "Error in load gap file\n";
             std::exit(-1);
         }
-        const int gap_number = header.GapNumber();
-        if (count == nullptr || gap_number != last_gap) {
-            count = &gapreadsum[gap_number];
-            last_gap = gap_number;
+        if (count == nullptr || header.gap != last_gap) {
+            count = &gapreadsum[header.gap];
+            last_gap = header.gap;
         }
         ++*count;
-        in.ReadSequence(sequence);
+        in.ReadSequence();
     }
     std::cerr << "Number count finished!\n"
               << "Gap number: " << gapreadsum.size() << std::endl;
@@ -309,13 +273,13 @@ void scaffold_delete(Scaf& scaffold) {
 }
 
 void chomp_read(std::string& str) {
-    if (!str.empty() && alphabet1[str.back()] == 4) str.pop_back();
+    if (!str.empty() && EndsWithNonBase(str)) str.pop_back();
 }
 
 void chomp_read(char* str) {
     if (str == nullptr || *str == '\0') return;
-    char& last = str[std::strlen(str) - 1];
-    if (alphabet1[last] == 4) last = '\0';
+    const std::size_t size = std::strlen(str);
+    if (EndsWithNonBase({str, size})) str[size - 1] = '\0';
 }
 
 void Initial(int*& array, int size) {

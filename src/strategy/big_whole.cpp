@@ -7,6 +7,7 @@
 #include "align/edge_align.h"
 #include "align/piece.h"
 #include "repeat/tandem_edge.h"
+#include "repeat/type.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/block.h"
@@ -31,6 +32,7 @@ struct WholeBlock {
 
     /// Adds the reads without N and with Min_overlap bases or more, with positions from `origin` on.
     void AddReads(const Gap& gap, int origin) {
+        reads.reserve(gap.greadSum + 1U);
         for (Len_t i = 0; i < gap.greadSum; ++i) {
             const std::string& seq = gap.reads[i];
             if (seq.find('N') != std::string::npos || Length(seq) < Min_overlap) continue;
@@ -40,11 +42,9 @@ struct WholeBlock {
 
     /// Looks for a repeat in the reads, without the edge.
     void FindRepeat(std::size_t first, std::size_t end) {
-        std::vector<std::string> sequences;
-        for (std::size_t i = first; i < end; ++i) sequences.push_back(reads[i].seq);
         std::map<std::string, int> TRSeq;
         int isMultiTR = 0;
-        unit_len = find_type(sequences, tables.tagInfo, TRSeq, tables.freq, isMultiTR, threadId);
+        unit_len = FindBlockType(reads, first, end, tables.tagInfo, TRSeq, tables.freq, isMultiTR, threadId);
     }
 
     /// Whether a repeat is large enough at an edge to be rebuilt from its unit.

@@ -3,6 +3,7 @@
 
 #include "repeat/tandem_block.h"
 #include "repeat/tandem_multi.h"
+#include "repeat/type.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/block.h"
@@ -23,12 +24,12 @@ bool Admitted(const Gap& gap, const std::string& contig1, const std::string& con
 /// Lays the block out: before edge, accepted reads in file order, after edge. A read of exactly Min_overlap bases is
 /// not used here, unlike in a small gap.
 void LayOutBlock(const Gap& gap, const std::string& before_edge, const std::string& after_edge,
-                 std::vector<Read>& reads, std::vector<std::string>& tmp_read) {
+                 std::vector<Read>& reads) {
+    reads.reserve(gap.greadSum + 2U);
     reads.emplace_back(before_edge, -static_cast<int>(before_edge.size()));
     for (Len_t i = 0; i < gap.greadSum; ++i) {
         if (ScreenReads(gap.reads[i]) == 0 || static_cast<int>(gap.reads[i].size()) <= Min_overlap) continue;
         reads.emplace_back(gap.reads[i], gap.position[i]);
-        tmp_read.push_back(gap.reads[i]);
     }
     reads.emplace_back(after_edge, gap.gap_length);
 }
@@ -65,8 +66,7 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
     ToUp(tmp_read1);
     ToUp(tmp_read2);
     std::vector<Read> reads;
-    std::vector<std::string> tmp_read;
-    LayOutBlock(gap, tmp_read1, tmp_read2, reads, tmp_read);
+    LayOutBlock(gap, tmp_read1, tmp_read2, reads);
     log << "gap read num: " << gap.greadSum << "\tusing read num: " << reads.size() << "\n";
     log << "Before contig edge: " << tmp_read1 << "\t" << tmp_read1.size() << "\t" << contig1.size() << "\n";
     log << "After  contig edge: " << tmp_read2 << "\t" << tmp_read2.size() << "\t" << contig2.size() << "\n";
@@ -75,7 +75,8 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
     std::map<std::string, int> TRSeq;
     int isMultiTR = 0;
     int type = 3;
-    const int unit_len = find_type(tmp_read, tables.tagInfo, TRSeq, tables.freq, isMultiTR, threadId);
+    const int unit_len =
+        FindBlockType(reads, 1, reads.size() - 1, tables.tagInfo, TRSeq, tables.freq, isMultiTR, threadId);
     std::string seq;
     if (unit_len == 0 || TRSeq.empty()) {
         log << "Starting to fill gaps of TE type\n";

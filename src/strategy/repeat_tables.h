@@ -1,22 +1,18 @@
 // The two tables that the repeat detector fills for one gap or block, with the life of the scope they stand in.
 #pragma once
 
-#include "repeat/type.h"
-#include "run/settings.h"
+#include "repeat/spare_tables.h"
 
 namespace lintara {
 
 struct RepeatTables {
-    TagInfo* tagInfo = new TagInfo[TAG];  ///< tag table; a solver may free it earlier, which leaves null
-    int* freq = new int[TAG]();           ///< tag frequencies
+    TagInfo* tagInfo = nullptr;  ///< tag table; a solver may free it earlier, which leaves null
+    int* freq = nullptr;         ///< tag frequencies
 
-    RepeatTables() = default;
+    RepeatTables() { TakeTables(tagInfo, freq); }
     RepeatTables(const RepeatTables&) = delete;
     RepeatTables& operator=(const RepeatTables&) = delete;
-    ~RepeatTables() {
-        FreetagInfo(tagInfo);
-        delete[] freq;
-    }
+    ~RepeatTables() { GiveBackTables(tagInfo, freq); }
 };
 
 }  // namespace lintara

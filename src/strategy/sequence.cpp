@@ -1,7 +1,10 @@
 #include "strategy/sequence.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 #include <utility>
+#include <vector>
 
 #include "run/settings.h"
 #include "strategy/slice.h"
@@ -29,6 +32,62 @@ float Percent(const TrialOverlap& trial) {
     return static_cast<float>(trial.score) / static_cast<float>(trial.pos == 0 ? 1 : trial.pos);
 }
 
+/// Counts how many of the ranks that were added so far lie below a rank, in logarithmic time.
+class RankCounter {
+  public:
+    explicit RankCounter(std::size_t ranks) : sums_(ranks + 1, 0) {}
+    void Add(std::size_t rank) {
+        for (std::size_t i = rank + 1; i < sums_.size(); i += i & (~i + 1)) ++sums_[i];
+    }
+    int Below(std::size_t rank) const {
+        int sum = 0;
+        for (std::size_t i = rank; i > 0; i -= i & (~i + 1)) sum += sums_[i];
+        return sum;
+    }
+
+  private:
+    std::vector<int> sums_;  // a Fenwick tree, from 1 on
+};
+
+/// The order in which an exchange sort (swap each pair i < j that stands wrong, by ascending i, then j) leaves the
+/// reads. Seen from the reads it is an insertion sort: read j goes behind those of its position that are there
+/// already, and in each group of equal positions above its own the first read moves to the group's end.
+///
+/// @return indices of the reads
+std::vector<int> ExchangeOrder(const int* position, int num) {
+    std::vector<int> order(static_cast<std::size_t>(num));
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [position](int a, int b) { return position[a] < position[b]; });
+
+    // The place where a read's group of equal positions begins is its rank.
+    std::vector<std::size_t> rank(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        const bool opens = k == 0 || position[order[k]] != position[order[k - 1]];
+        rank[order[k]] = opens ? k : rank[order[k - 1]];
+    }
+    std::vector<int> lower(order.size());  // reads of lower positions in front of each read
+    RankCounter counter(order.size());
+    for (std::size_t read = 0; read < order.size(); ++read) {
+        lower[read] = counter.Below(rank[read]);
+        counter.Add(rank[read]);
+    }
+
+    for (std::size_t begin = 0, end = 0; begin < order.size(); begin = end) {
+        const auto group = order.begin() + static_cast<std::ptrdiff_t>(begin);
+        int seen = lower[order[begin]];
+        int size = 1;
+        // The group has turned once for each lower read before it takes in its next one, and once for each of the rest.
+        for (end = begin + 1; end < order.size() && rank[order[end]] == begin; ++end) {
+            const int now = lower[order[end]];
+            std::rotate(group, group + (now - seen) % size, group + size);
+            seen = now;
+            ++size;
+        }
+        std::rotate(group, group + (static_cast<int>(begin) - seen) % size, group + size);
+    }
+    return order;
+}
+
 }  // namespace
 
 int n_num(const std::string& seq) {
@@ -36,20 +95,30 @@ int n_num(const std::string& seq) {
 }
 
 int ScreenReads(const std::string& Gapread) {
-    for (const char c : Gapread) {
-        if (alphabet[c] == 4) return 0;
+    // Looks at the whole read, without a branch, so that the compiler can take many bytes at once.
+    const char* bases = Gapread.data();
+    const std::size_t num = Gapread.size();
+    unsigned char any_other = 0;
+    for (std::size_t i = 0; i < num; ++i) {
+        const unsigned char low = static_cast<unsigned char>(bases[i]) | 0x20;
+        unsigned char other = low != 'a' ? 1 : 0;
+        other = low == 'c' ? 0 : other;
+        other = low == 'g' ? 0 : other;
+        other = low == 't' ? 0 : other;
+        any_other |= other;
     }
-    return 1;
+    return any_other ? 0 : 1;
 }
 
 void SortReads(Gap& gap) {
-    for (Len_t i = 0; i + 1 < gap.greadSum; ++i) {
-        for (Len_t j = i + 1; j < gap.greadSum; ++j) {
-            if (gap.position[i] > gap.position[j]) {
-                std::swap(gap.position[i], gap.position[j]);
-                std::swap(gap.reads[i], gap.reads[j]);
-            }
-        }
+    const int num = static_cast<int>(gap.greadSum);
+    if (std::is_sorted(gap.position, gap.position + num)) return;
+    const std::vector<int> order = ExchangeOrder(gap.position, num);
+    const std::vector<int> position(gap.position, gap.position + num);
+    std::vector<std::string> reads(std::make_move_iterator(gap.reads), std::make_move_iterator(gap.reads + num));
+    for (int i = 0; i < num; ++i) {
+        gap.position[i] = position[order[i]];
+        gap.reads[i] = std::move(reads[order[i]]);
     }
 }
 

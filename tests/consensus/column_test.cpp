@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
+#include <limits>
 #include <random>
 #include <sstream>
 
@@ -68,6 +70,28 @@ TEST(CountColumns, AgreesWithTheCountOfEachColumn) {
     }
 }
 
+TEST(CountColumns, ManyReadsOnOneColumn) {
+    for (const int reads : {254, 255, 256, 511, 1000}) {
+        CoveredColumn placed("");
+        for (int i = 0; i < reads; ++i) placed.Place(i % 3 == 0 ? "acg" : i % 3 == 1 ? "ACG" : "NNT", i % 2);
+        const std::vector<Column> columns = CountColumns(0, 5, placed.Map());
+        for (int posit = 0; posit < 5; ++posit) {
+            ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit << " of " << reads;
+        }
+    }
+}
+
+TEST(CountColumns, EveryByteCountsAsTheTableSays) {
+    std::string bytes;
+    for (int c = 0; c < 256; ++c) bytes += static_cast<char>(c);
+    CoveredColumn placed("");
+    placed.Place(bytes, 0);
+    const std::vector<Column> columns = CountColumns(0, 256, placed.Map());
+    for (int posit = 0; posit < 256; ++posit) {
+        ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit;
+    }
+}
+
 TEST(CountColumns, EmptyRangeHasNoColumns) {
     const CoveredColumn placed("A");
     EXPECT_TRUE(CountColumns(7, 7, placed.Map()).empty());
@@ -89,21 +113,61 @@ TEST(MostFrequent, NoBaseIsN) {
 
 TEST(AppendRecord, FieldsInOrder) {
     std::string text = "before\n";
-    AppendRecord(text, 12, {{1, 20, 3, 4}, 29}, 'C', "   ", 'T', 20.0 / 29);
+    AppendRecord(text, 12, {{1, 20, 3, 4}, 29}, 'C', "   ", 'T', 20);
     EXPECT_EQ(text, "before\n12\t1\t20\t3\t4\tC   T\t29\t0.689655\n");
 }
 
-TEST(AppendRecord, RatioLooksAsAStreamPrintsIt) {
-    for (int read_num = 1; read_num <= 400; ++read_num) {
+TEST(AppendRecord, NumbersOfAnySize) {
+    const int most = std::numeric_limits<int>::max();
+    std::string text;
+    AppendRecord(text, most, {{9, 10, 99, most}, most}, 'T', "---", 'T', most);
+    AppendRecord(text, 0, {{0, 0, 0, 0}, 3}, 'N', "\t", 'a', 0);
+    EXPECT_EQ(text,
+              "2147483647\t9\t10\t99\t2147483647\tT---T\t2147483647\t1\n"
+              "0\t0\t0\t0\t0\tN\ta\t3\t0\n");
+}
+
+/// The quotient as a stream prints it.
+std::string StreamRatio(int value, int read_num) {
+    std::ostringstream plain;
+    plain << (read_num > 0 ? static_cast<double>(value) / read_num : 0.0);
+    return plain.str();
+}
+
+std::string Ratio(int value, int read_num) {
+    char text[kRatioSize];
+    return {text, WriteRatio(text, value, read_num)};
+}
+
+TEST(WriteRatio, LooksAsAStreamPrintsIt) {
+    // printf's %g is what a stream's default comes down to, and quicker to set up for some millions of quotients.
+    char wanted[32];
+    for (int read_num = 1; read_num <= 3000; ++read_num) {
         for (int value = 0; value <= read_num; ++value) {
-            const double ratio = static_cast<double>(value) / read_num;
-            std::string text;
-            AppendRecord(text, 0, {}, 'N', "---", 'N', ratio);
-            std::ostringstream plain;
-            plain << "0\t0\t0\t0\t0\tN---N\t0\t" << ratio << '\n';
-            ASSERT_EQ(text, plain.str());
+            std::snprintf(wanted, sizeof wanted, "%g", static_cast<double>(value) / read_num);
+            ASSERT_EQ(Ratio(value, read_num), wanted) << value << " / " << read_num;
         }
     }
+    for (int read_num = 1; read_num <= 400; ++read_num) {
+        for (int value = 0; value <= read_num; ++value) ASSERT_EQ(Ratio(value, read_num), StreamRatio(value, read_num));
+    }
+}
+
+TEST(WriteRatio, LargeNumbersLookAsAStreamPrintsThem) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 200000; ++round) {
+        const int read_num = 1 + static_cast<int>(random() >> (1 + random() % 30));
+        const int value = static_cast<int>(random() % (static_cast<unsigned>(read_num) + 1));
+        ASSERT_EQ(Ratio(value, read_num), StreamRatio(value, read_num)) << value << " / " << read_num;
+        const int few = static_cast<int>(random() % 40);
+        if (few > read_num) continue;
+        ASSERT_EQ(Ratio(few, read_num), StreamRatio(few, read_num)) << few << " / " << read_num;
+    }
+    EXPECT_EQ(Ratio(0, 0), "0");
+    EXPECT_EQ(Ratio(1, 10000), "0.0001");
+    EXPECT_EQ(Ratio(1, 10001), "9.999e-05");
+    EXPECT_EQ(Ratio(127, 128), "0.992188") << "0.9921875 lies in the middle";
+    EXPECT_EQ(Ratio(125, 128), "0.976562") << "0.9765625 lies in the middle";
 }
 
 TEST(ClearWinner, SevenTenthsAreEnough) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -79,6 +80,31 @@ TEST_F(GzStream, FourCharactersCanBePutBackAfterARefill) {
     EXPECT_TRUE(in.bad());
     in.clear();
     EXPECT_EQ(in.get(), static_cast<unsigned char>(text[295]));
+}
+
+TEST_F(GzStream, LargeAndSmallReadsMixed) {
+    const std::string text = RandomText(200000);
+    std::mt19937 random(8);
+    for (const std::string& path : {WritePlain(text), WriteCompressed(text)}) {
+        for (int round = 0; round < 30; ++round) {
+            igzstream in(path.c_str(), 0, std::ios::in);
+            std::string got;
+            while (in && got.size() < text.size()) {
+                std::string piece(1 + random() % (random() % 2 == 0 ? 10 : 5000), '\0');
+                in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+                got.append(piece, 0, static_cast<std::size_t>(in.gcount()));
+                if (!in || random() % 4 != 0) continue;
+                // Those just read, so that no more than four are ever waiting.
+                for (std::size_t back = std::min<std::size_t>(1 + random() % 4, piece.size()); back > 0; --back) {
+                    in.putback(got.back());
+                    ASSERT_TRUE(in) << got.size();
+                    got.pop_back();
+                }
+            }
+            ASSERT_EQ(got, text);
+            EXPECT_EQ(in.get(), std::char_traits<char>::eof());
+        }
+    }
 }
 
 TEST_F(GzStream, NothingCanBePutBackBeforeTheFirstRead) {

@@ -9,6 +9,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "support/thread_streams.h"
 
@@ -345,6 +346,25 @@ TEST_F(Load, MoreReadsThanCountedNamesFileLineAndValue) {
     // Gap 2 claims the place that gap 1 has taken with room for its one read.
     WriteGaps(">1\t25\t-3\t7\t0\nACGT\n>2\t25\t-3\t7\t0\nACGT\n>2\t25\t-3\t7\t0\nACGT\n");
     EXPECT_EXIT(LoadToTheEnd(), ExitedWithCode(255), "gap\\.fa: line 5: more reads for gap 2 than counted: 1\n$");
+}
+
+TEST_F(Load, EntriesThatNoRecordFillsHoldTheirInitialN) {
+    WriteContigs(kTwoScaffolds);
+    // One gap id at two places: both have room for all of its reads, and each record fills one entry of its place.
+    WriteGaps(">1\t25\t-3\t7\t0\nACGT\n>1\t25\t8\t3\t0\nGG\n>1\t25\t9\t7\t0\n\n>1\t25\t6\t3\t0\n" +
+              std::string(120, 'T') + "\n");
+    LoadBoth();
+    const std::string initial(100, 'N');
+    const Gap& seven = store_[1].gaps[0];
+    const Gap& three = store_[0].gaps[0];
+    ASSERT_EQ(seven.greadSum, 4U);
+    ASSERT_EQ(three.greadSum, 4U);
+    EXPECT_EQ(std::vector<std::string>(seven.reads, seven.reads + 4),
+              (std::vector<std::string>{"ACGT", initial, "", initial}));
+    EXPECT_EQ(std::vector<std::string>(three.reads, three.reads + 4),
+              (std::vector<std::string>{initial, "GG", initial, std::string(120, 'T')}));
+    EXPECT_EQ(std::vector<int>(seven.position, seven.position + 4), (std::vector<int>{-3, 0, 9, 0}));
+    EXPECT_EQ(std::vector<int>(three.position, three.position + 4), (std::vector<int>{0, 8, 0, 6}));
 }
 
 TEST_F(Load, ContigOfAScaffoldOutsideTheStoreNamesFileLineAndValue) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -43,6 +44,16 @@ TEST(ToUp, TurnsWhatIsNoBaseIntoA) {
     EXPECT_EQ(read, "ACGTAAA");
 }
 
+TEST(ScreenReads, FindsAnyByteAtAnyPlace) {
+    for (int length = 1; length < 70; ++length) {
+        for (int c = 0; c < 256; ++c) {
+            std::string read(static_cast<std::size_t>(length), 'g');
+            read[static_cast<std::size_t>((length * 7 + c) % length)] = static_cast<char>(c);
+            ASSERT_EQ(ScreenReads(read), alphabet[c] < 4 ? 1 : 0) << length << ' ' << c;
+        }
+    }
+}
+
 TEST(ToLow, TurnsWhatIsNoBaseIntoN) {
     EXPECT_EQ(ToLow("ACGNn"), "acgNN");
     EXPECT_EQ(ToLow("a-CT\xFF"), "aNctN");
@@ -72,6 +83,30 @@ TEST_F(SortReadsTest, EqualPositionsMayChangeTheirOrder) {
     // The 3 changes places with the first 5, which so comes to stand behind the second one.
     const std::vector<std::pair<int, std::string>> expected = {{3, "c"}, {5, "b"}, {5, "a"}};
     EXPECT_EQ(Sorted({5, 5, 3}, {"a", "b", "c"}), expected);
+}
+
+TEST_F(SortReadsTest, EqualsThePlainExchangesOnRandomPositions) {
+    std::mt19937 random(61);
+    for (int round = 0; round < 2000; ++round) {
+        std::vector<int> position(random() % 50);
+        std::vector<std::string> reads(position.size());
+        const int range = 1 + static_cast<int>(random() % 40);  // a small one makes many equal positions
+        for (std::size_t i = 0; i < position.size(); ++i) {
+            position[i] = static_cast<int>(random() % range) - 10;
+            reads[i] = std::to_string(i);
+        }
+        const auto sorted = Sorted(position, reads);
+        for (std::size_t i = 0; i + 1 < position.size(); ++i) {
+            for (std::size_t j = i + 1; j < position.size(); ++j) {
+                if (position[i] <= position[j]) continue;
+                std::swap(position[i], position[j]);
+                std::swap(reads[i], reads[j]);
+            }
+        }
+        for (std::size_t i = 0; i < position.size(); ++i) {
+            ASSERT_EQ(sorted[i], std::make_pair(position[i], reads[i]));
+        }
+    }
 }
 
 TEST_F(SortReadsTest, LeavesOneReadOrNoneAlone) {

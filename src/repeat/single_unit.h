@@ -1,0 +1,25 @@
+// Unit and copy number of a repeat with a single unit, from laid-out reads whose repeat tags are known.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "repeat/tag_reads.h"
+
+namespace lintara {
+
+/// GetTRInfo() on laid-out reads.
+///
+/// @param laid   with FindHolding() done for `repeat`
+/// @param TRLen  unit length in bases, 1 or more
+/// @param TRSeq  gets one entry at most
+void GetSingleUnit(const TagReads& laid, const RepeatTags& repeat, int TRLen, const int* freq,
+                   std::map<std::string, int>& TRSeq);
+
+/// Frequency of the repeat's tag over that of its flanks, truncated. Without any flank frequency the repeat's own
+/// stands in, and nothing over nothing is 0.
+///
+/// @param frontFlag, behideFlag  1 for a flank that was found, else 0; the frequency of one that was not is ignored
+int CopyRatio(int tagFreq, int frontFlag, int frontFreq, int behideFlag, int behideFreq);
+
+}  // namespace lintara

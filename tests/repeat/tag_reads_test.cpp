@@ -1,0 +1,119 @@
+#include "repeat/tag_reads.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "repeat/spare_tables.h"
+#include "repeat/tag_table.h"
+
+namespace lintara {
+namespace {
+
+TagReads LaidOut(const std::vector<std::string>& reads) {
+    TagReads laid;
+    for (const std::string& read : reads) laid.Append(read);
+    laid.FillTags();
+    return laid;
+}
+
+TEST(TagReads, TagsEqualThePlainOnesOfEveryByte) {
+    std::mt19937 random(41);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<std::string> reads(random() % 5);
+        for (std::string& read : reads) {
+            read.resize(random() % 60);
+            // All bytes in some rounds, mostly bases in the others.
+            for (char& c : read) c = round % 3 == 0 ? static_cast<char>(random() % 256) : "ACGTacgtNn-"[random() % 11];
+        }
+        const TagReads laid = LaidOut(reads);
+        ASSERT_EQ(laid.num(), static_cast<int>(reads.size()));
+        for (int r = 0; r < laid.num(); ++r) {
+            ASSERT_EQ(laid.ReadAt(r), reads[r]);
+            ASSERT_EQ(laid.TagsEnd(r) - laid.First(r), TagNum(reads[r]));
+            for (int p = laid.First(r); p < laid.TagsEnd(r); ++p) {
+                ASSERT_EQ(laid.Tag(p), TagAt(reads[r], p - laid.First(r)));
+            }
+        }
+    }
+}
+
+TEST(TagReads, MemoryServesTheNextReads) {
+    TagReads laid = LaidOut({"ACGTCAG", "TTTTTTTTTTTTTTTTTTTTTTTTTTTTTT"});
+    laid.Clear();
+    EXPECT_EQ(laid.num(), 0);
+    laid.Append("AC");
+    laid.Append("NNNNNN");
+    laid.FillTags();
+    EXPECT_EQ(laid.num(), 2);
+    EXPECT_LT(laid.TagsEnd(0), laid.First(0)) << "two bases have no tag";
+    EXPECT_EQ(laid.Tag(laid.First(1)), kTagValues - 1);
+}
+
+TEST(FindHolding, NamesTheReadsWithARepeatTag) {
+    testing::TagTable table;
+    table.Mark("ACACAC", 2);
+    table.Mark("GGGGGG", 1);
+    const RepeatTags repeat = FindRepeatTags(table.tagInfo, 2);
+    // The second read's end and the third's start make the tag only together.
+    TagReads laid = LaidOut({"TACACACT", "TTTTTTACA", "CACTTTT", "GGGGGG", "", "ACACAC"});
+    FindHolding(laid, repeat);
+    EXPECT_EQ(laid.holding, (std::vector<int>{0, 5}));
+}
+
+TEST(FirstRun, NeedsItsTagsInARow) {
+    testing::TagTable table;
+    table.Mark("ACACAC", 2);
+    table.Mark("CACACA", 2);
+    const RepeatTags repeat = FindRepeatTags(table.tagInfo, 2);
+    const TagReads laid = LaidOut({"GG", "ACACACTACACACAC"});
+    EXPECT_EQ(FirstRun(laid, 1, repeat, 1), 2);
+    EXPECT_EQ(FirstRun(laid, 1, repeat, 2), 9);  // behind the T, place 7 of the read
+    EXPECT_EQ(FirstRun(laid, 1, repeat, 3), 9);
+    EXPECT_EQ(FirstRun(laid, 1, repeat, 4), -1);
+    EXPECT_EQ(FirstRun(laid, 0, repeat, 1), -1);
+}
+
+TEST(SpareTables, NextGapGetsThemWithoutDistances) {
+    TagInfo* tagInfo = nullptr;
+    int* freq = nullptr;
+    TakeTables(tagInfo, freq);
+    for (int distance = 1; distance < 30; ++distance) AddDistance(tagInfo, 77, distance);
+    GiveBackTables(tagInfo, freq);
+    EXPECT_EQ(tagInfo, nullptr);
+    EXPECT_EQ(freq, nullptr);
+    TakeTables(tagInfo, freq);
+    EXPECT_EQ(ExistTRLen(tagInfo[77], 3), 0);
+    EXPECT_EQ(tagInfo[77].differentDistanceNum, 0);
+    AddDistance(tagInfo, 77, 8);
+    EXPECT_EQ(GetAppearedTimes(tagInfo[77], 8), 1);
+    // A table that a solver has freed is not taken back.
+    FreetagInfo(tagInfo);
+    GiveBackTables(tagInfo, freq);
+}
+
+TEST(SpareTables, SeveralMayBeOut) {
+    TagInfo* tagInfo[2] = {};
+    int* freq[2] = {};
+    for (int i = 0; i < 2; ++i) TakeTables(tagInfo[i], freq[i]);
+    EXPECT_NE(tagInfo[0], tagInfo[1]);
+    EXPECT_NE(freq[0], freq[1]);
+    for (int i = 0; i < 2; ++i) GiveBackTables(tagInfo[i], freq[i]);
+}
+
+TEST(AddDistance, TakesOverArraysOfExactLength) {
+    TagInfo* tagInfo = new TagInfo[TAG];
+    tagInfo[5].differentDistanceNum = 1;
+    tagInfo[5].distancesArr = new int[1]{7};
+    tagInfo[5].timesArr = new int[1]{2};
+    AddDistance(tagInfo, 5, 7);
+    AddDistance(tagInfo, 5, 9);
+    EXPECT_EQ(GetAppearedTimes(tagInfo[5], 7), 3);
+    EXPECT_EQ(GetAppearedTimes(tagInfo[5], 9), 1);
+    FreetagInfo(tagInfo);
+}
+
+}  // namespace
+}  // namespace lintara
