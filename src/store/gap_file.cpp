@@ -85,6 +85,8 @@ LookaheadBuffer::int_type LookaheadBuffer::underflow() {
 
 GapFile::GapFile(const std::string& file)
     : file_(file.c_str(), 0, std::ios::in), buffer_(*file_.rdbuf()), in_(&buffer_) {
+    // Else running out of memory in the middle of a line looks like the end of the file. Nothing else sets this bit.
+    in_.exceptions(std::ios::badbit);
     if (file_) return;
     std::cerr << "Fail to load file " << file << std::endl;
     std::exit(-1);

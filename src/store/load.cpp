@@ -76,6 +76,18 @@ void RefuseShortHeader(const std::string& file, long line_number, const std::str
 void OpenContigFile(std::ifstream& in, const std::string& file) {
     in.open(file.c_str());
     if (!in) FailToLoad(file);
+    // Else a stream that runs out of memory in the middle of a line looks like one at its end.
+    in.exceptions(std::ios::badbit);
+}
+
+/// False at the end of the file. A directory is an empty file; any other one that cannot be read ends the process.
+bool ReadLine(std::ifstream& in, std::string& line, const std::string& file) {
+    try {
+        return static_cast<bool>(std::getline(in, line));
+    } catch (const std::ios_base::failure& failure) {
+        if (failure.code() == std::errc::is_a_directory) return false;
+        FailToLoad(file);
+    }
 }
 
 }  // namespace
@@ -182,7 +194,7 @@ void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& sca
     };
 
     std::string line;
-    while (std::getline(in, line)) {
+    while (ReadLine(in, line, file)) {
         ++line_number;
         if (line.empty() || line[0] != '>') {
             sequence += line;
@@ -235,7 +247,7 @@ void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scaf
     std::map<int, int> contignum;
     std::string line;
     long line_number = 0;
-    while (std::getline(in, line)) {
+    while (ReadLine(in, line, file)) {
         ++line_number;
         if (line.empty() || line[0] != '>') continue;
         RefuseShortHeader(file, line_number, line);

@@ -387,14 +387,25 @@ TEST_F(TinyReads, OverlapNoEdge) {
 
 TEST_F(Faults, InputThatDoesNotFitIntoMemoryEndsTheRun) {
     const std::string line(1000000, 'A');
-    std::string contigs = ">scaffold1_0\t0\n";
-    for (int i = 0; i < 100; ++i) contigs += line + "\n";
-    Write("contig.fa", contigs);
-    Write("gap.fa", "");
-    const testing::ProgramResult result = testing::RunCommand("ulimit -v 100000; exec " + Command(), Directory());
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(EndsWith(result.err, "\nOut of memory\n")) << result.err;
-    EXPECT_TRUE(std::filesystem::is_empty(Path("out")));
+    std::string lines;
+    std::string one_line;
+    for (int i = 0; i < 100; ++i) {
+        lines += line + "\n";
+        one_line += line;
+    }
+    const std::string header = ">scaffold1_0\t0\n";
+    const std::string read = ">1\t100\t0\t1\t0\n";
+    // The last gap file holds one read of 100 million bases.
+    const std::vector<std::pair<std::string, std::string>> inputs = {
+        {header + lines, ""}, {header + one_line + "\n", ""}, {header + "ACGT\n", read + one_line + "\n"}};
+    for (const auto& [contigs, gaps] : inputs) {
+        Write("contig.fa", contigs);
+        Write("gap.fa", gaps);
+        const testing::ProgramResult result = testing::RunCommand("ulimit -v 100000; exec " + Command(), Directory());
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(EndsWith(result.err, "\nOut of memory\n")) << result.err;
+        EXPECT_TRUE(std::filesystem::is_empty(Path("out")));
+    }
 }
 
 TEST_F(Faults, GapThatDoesNotFitIntoMemoryEndsTheRun) {
