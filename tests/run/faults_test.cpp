@@ -403,7 +403,7 @@ TEST_F(Faults, InputThatDoesNotFitIntoMemoryEndsTheRun) {
         Write("gap.fa", gaps);
         const testing::ProgramResult result = testing::RunCommand("ulimit -v 100000; exec " + Command(), Directory());
         EXPECT_EQ(result.status, 1);
-        EXPECT_TRUE(EndsWith(result.err, "\nOut of memory\n")) << result.err;
+        EXPECT_TRUE(EndsWith("\n" + result.err, "\nOut of memory\n")) << result.err;
         EXPECT_TRUE(std::filesystem::is_empty(Path("out")));
     }
 }
