@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "kit/assign/prepare.h"
+#include "kit/base/child.h"
 #include "kit/base/error.h"
 #include "kit/check/check.h"
 #include "kit/fill/fill.h"
@@ -98,6 +99,7 @@ CLI::App* AddVerify(CLI::App& app, VerifyOptions& verify) {
 int main(int argc, char** argv) {
     // A child or a disk that goes away is told by the failing write, not by a signal.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app{"From scaffolds and read pairs to filled scaffolds, with evidence for every base.", "lintara-kit"};
     app.set_version_flag("--version", "lintara-kit " LINTARA_KIT_VERSION);
     app.require_subcommand(1);
@@ -111,7 +113,10 @@ int main(int argc, char** argv) {
     report->add_option("out", arguments.reportFolder, "output folder of fill")->required()->type_name("OUT");
     CLI11_PARSE(app, argc, argv);
     try {
-        if (*fill) return RunFill(arguments.fill);
+        if (*fill) {
+            arguments.fill.command = CommandLine(std::vector<std::string>(argv, argv + argc));
+            return RunFill(arguments.fill);
+        }
         if (*prepare) return RunPrepare(arguments.prepare);
         if (*verify) return RunVerify(arguments.verify);
         if (*check) return RunCheck(arguments.checkFiles);

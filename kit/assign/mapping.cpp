@@ -6,10 +6,14 @@
 
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
+#include "kit/assign/edge_words.h"
 #include "kit/base/error.h"
+#include "kit/base/file.h"
 
 namespace lintara::kit {
 
@@ -17,37 +21,37 @@ namespace {
 
 constexpr int kConfidentQuality = 30;  ///< of pairs that the insert size is measured on
 
+std::string BasesOf(const bam1_t& record) {
+    const uint8_t* packed = bam_get_seq(&record);
+    std::string bases(static_cast<size_t>(record.core.l_qseq), 'N');
+    for (int i = 0; i < record.core.l_qseq; ++i) bases[static_cast<size_t>(i)] = seq_nt16_str[bam_seqi(packed, i)];
+    return bases;
+}
+
+/// The read as it came from the sequencer.
+std::string AsRead(const bam1_t& record) {
+    std::string bases = BasesOf(record);
+    return (record.core.flag & BAM_FREVERSE) != 0 ? ReverseComplement(bases) : bases;
+}
+
+void WriteFastq(AtomicFile& out, const bam1_t& record) {
+    std::string bases = AsRead(record);
+    out.Write(fmt::format("@{}\n{}\n+\n{}\n", bam_get_qname(&record), bases, std::string(bases.size(), 'I')));
+}
+
 /// An open mapping with its header, and which sequence of the layout each of its targets is.
 class MappingReader {
   public:
     MappingReader(const MappingInput& input, const Layout& layout) : name_(input.path.empty() ? "mapper" : input.path) {
-        errno = 0;
-        if (input.path.empty()) {
-            hFILE* stream = hdopen(input.fd, "r");
-            if (stream != nullptr) file_ = hts_hopen(stream, "mapper", "r");
-        } else {
-            file_ = hts_open(input.path.c_str(), "r");
+        try {
+            Open(input, layout);
+        } catch (...) {
+            // A mapper that writes into the pipe would wait for ever.
+            Close();
+            throw;
         }
-        if (file_ == nullptr) {
-            throw Error(fmt::format("cannot read {}: {}", name_, errno != 0 ? std::strerror(errno) : "unknown format"));
-        }
-        if (!input.reference.empty() && hts_get_format(file_)->format == cram) {
-            hts_set_fai_filename(file_, input.reference.c_str());
-        }
-        header_ = sam_hdr_read(file_);
-        if (header_ == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name_));
-        if (hts_get_format(file_)->format == bam && hts_check_EOF(file_) == 0) {
-            throw Error(fmt::format("{}: the file is cut short", name_));
-        }
-        record_ = bam_init1();
-        MatchTargets(layout);
-        FindLibraries();
     }
-    ~MappingReader() {
-        if (record_ != nullptr) bam_destroy1(record_);
-        if (header_ != nullptr) sam_hdr_destroy(header_);
-        if (file_ != nullptr) hts_close(file_);
-    }
+    ~MappingReader() { Close(); }
     MappingReader(const MappingReader&) = delete;
     MappingReader& operator=(const MappingReader&) = delete;
 
@@ -67,8 +71,9 @@ class MappingReader {
     int Library() const {
         if (groups_.empty()) return 0;
         const uint8_t* tag = bam_aux_get(record_, "RG");
-        if (tag == nullptr) return 0;
-        auto found = groups_.find(bam_aux2Z(tag));
+        const char* group = tag == nullptr ? nullptr : bam_aux2Z(tag);
+        if (group == nullptr) return 0;
+        auto found = groups_.find(group);
         return found == groups_.end() ? 0 : found->second;
     }
 
@@ -84,9 +89,7 @@ class MappingReader {
         read.reverse = (core.flag & BAM_FREVERSE) != 0;
         read.proper = (core.flag & BAM_FPROPER_PAIR) != 0;
         read.quality = core.qual;
-        const uint8_t* packed = bam_get_seq(record_);
-        read.bases.resize(static_cast<size_t>(core.l_qseq));
-        for (int i = 0; i < core.l_qseq; ++i) read.bases[static_cast<size_t>(i)] = seq_nt16_str[bam_seqi(packed, i)];
+        read.bases = BasesOf(*record_);
         if (read.mapped) {
             Place(read);
         } else if (read.reverse) {
@@ -97,6 +100,38 @@ class MappingReader {
     }
 
   private:
+    void Open(const MappingInput& input, const Layout& layout) {
+        // What is wrong is told once, in this program's own words.
+        hts_set_log_level(HTS_LOG_OFF);
+        errno = 0;
+        if (input.path.empty()) {
+            hFILE* stream = hdopen(input.fd, "r");
+            if (stream != nullptr) file_ = hts_hopen(stream, "mapper", "r");
+        } else {
+            file_ = hts_open(input.path.c_str(), "r");
+        }
+        if (file_ == nullptr) {
+            throw Error(fmt::format("cannot read {}: {}", name_, errno != 0 ? std::strerror(errno) : "unknown format"));
+        }
+        if (!input.reference.empty() && hts_get_format(file_)->format == cram) {
+            hts_set_fai_filename(file_, input.reference.c_str());
+        }
+        header_ = sam_hdr_read(file_);
+        if (header_ == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name_));
+        htsExactFormat format = hts_get_format(file_)->format;
+        if ((format == bam || format == cram) && hts_check_EOF(file_) == 0) {
+            throw Error(fmt::format("{}: the file is cut short", name_));
+        }
+        record_ = bam_init1();
+        MatchTargets(layout);
+        FindLibraries();
+    }
+    void Close() {
+        if (record_ != nullptr) bam_destroy1(record_);
+        if (header_ != nullptr) sam_hdr_destroy(header_);
+        if (file_ != nullptr) hts_close(file_);
+    }
+
     void Place(MappedRead& read) const {
         const bam1_core_t& core = record_->core;
         const uint32_t* cigar = bam_get_cigar(record_);
@@ -108,7 +143,7 @@ class MappingReader {
     static bool IsClip(uint32_t op) { return bam_cigar_op(op) == BAM_CSOFT_CLIP || bam_cigar_op(op) == BAM_CHARD_CLIP; }
     static long SoftClip(uint32_t op) { return bam_cigar_op(op) == BAM_CSOFT_CLIP ? bam_cigar_oplen(op) : 0; }
 
-    /// Targets are the layout's sequences in the same order, or are found by their names.
+    /// Targets are found by their names.
     void MatchTargets(const Layout& layout) {
         std::unordered_map<std::string, int> byName;
         for (size_t s = 0; s < layout.sequences.size(); ++s) {
@@ -119,9 +154,6 @@ class MappingReader {
             std::string target = sam_hdr_tid2name(header_, t);
             auto found = byName.find(target);
             int sequence = found == byName.end() ? -1 : found->second;
-            bool sameOrder = static_cast<size_t>(t) < layout.sequences.size() &&
-                             layout.sequences[static_cast<size_t>(t)].name == target;
-            if (sameOrder) sequence = t;
             if (sequence == -1) {
                 throw Error(fmt::format("{}: the reads are mapped to \"{}\", which is no scaffold", name_, target));
             }
@@ -167,8 +199,12 @@ class MappingReader {
 /// Pairs of a mapper's stream that may belong to a gap, as a BAM file.
 class KeptPairs {
   public:
-    KeptPairs(const std::string& path, sam_hdr_t* header, const Layout& layout)
+    KeptPairs(const std::string& path, const std::string& strayPath, sam_hdr_t* header, const Layout& layout)
         : path_(path), header_(header), layout_(layout) {
+        if (!strayPath.empty()) {
+            strays_.emplace(strayPath);
+            words_.emplace(layout);
+        }
         file_ = hts_open(path.c_str(), "wb1");
         if (file_ == nullptr || sam_hdr_write(file_, header) != 0) Fail();
     }
@@ -191,15 +227,16 @@ class KeptPairs {
         htsFile* file = file_;
         file_ = nullptr;
         if (hts_close(file) != 0) Fail();
+        if (strays_) strays_->Commit();
     }
 
   private:
-    /// A read that is well placed in a proper pair can only belong to the gap that it hangs over, and without its own
-    /// place a read needs its mate's.
+    /// A read that is well placed in a proper pair can only belong to the gap that it hangs over. A pair without any
+    /// place may lie deep within a gap.
     bool Wanted(const MappingReader& reader) const {
         const bam1_core_t& core = reader.Record().core;
         bool mapped = (core.flag & BAM_FUNMAP) == 0;
-        if (!mapped) return (core.flag & BAM_FPAIRED) != 0 && (core.flag & BAM_FMUNMAP) == 0;
+        if (!mapped) return (core.flag & BAM_FPAIRED) != 0;
         if ((core.flag & BAM_FPROPER_PAIR) == 0 || core.qual < kLeastQuality) return true;
         MappedRead place;
         place.mapped = true;
@@ -211,6 +248,9 @@ class KeptPairs {
     void Flush() {
         for (size_t i = 0; i < used_ && wanted_; ++i) {
             if (sam_write1(file_, header_, group_[i]) < 0) Fail();
+        }
+        for (size_t i = 0; strays_ && i < used_ && !wanted_; ++i) {
+            if (words_->Touches(BasesOf(*group_[i]))) WriteFastq(*strays_, *group_[i]);
         }
         used_ = 0;
         wanted_ = false;
@@ -226,6 +266,8 @@ class KeptPairs {
     std::vector<bam1_t*> group_;
     size_t used_ = 0;
     bool wanted_ = false;
+    std::optional<AtomicFile> strays_;
+    std::optional<EdgeWords> words_;
 };
 
 /// Tells from what both records of a pair know whether the pair can touch a gap: the starts and directions of the two.
@@ -271,15 +313,59 @@ std::string PairKey(const MappingReader& reader) {
     return std::string(bam_get_qname(&reader.Record())) + '\t' + std::to_string(reader.Library());
 }
 
+/// The reads of each gap while a mapping is read. Where more come than can be used, those with a low hash stay, and the
+/// limit falls by halves, so that what stays depends neither on the order of the reads nor on that of the gaps.
+class ReadStore {
+  public:
+    explicit ReadStore(size_t gaps) : gaps_(gaps) {}
+
+    void Add(AssignedRead&& read) {
+        Held& held = gaps_[static_cast<size_t>(read.gap)];
+        if (Hash(read) > held.limit) return;
+        held.reads.push_back(std::move(read));
+        while (held.reads.size() > kMostHeld && held.limit > 0) {
+            held.limit /= 2;
+            std::erase_if(held.reads, [&](const AssignedRead& kept) { return Hash(kept) > held.limit; });
+        }
+    }
+    void MoveTo(std::vector<std::vector<AssignedRead>>& assigned) {
+        for (size_t gap = 0; gap < gaps_.size(); ++gap) {
+            for (AssignedRead& read : gaps_[gap].reads) assigned[gap].push_back(std::move(read));
+            gaps_[gap] = {};
+        }
+    }
+
+  private:
+    /// Leaves enough to be thinned evenly along the gap.
+    static constexpr size_t kMostHeld = 2 * kMostReads;
+    struct Held {
+        std::vector<AssignedRead> reads;
+        uint64_t limit = std::numeric_limits<uint64_t>::max();
+    };
+
+    static uint64_t Hash(const AssignedRead& read) {
+        uint64_t hash = 1469598103934665603ULL + static_cast<uint64_t>(read.mate);
+        for (const std::string* text : {&read.name, &read.bases}) {
+            for (unsigned char letter : *text) hash = (hash ^ letter) * 1099511628211ULL;
+        }
+        // The last letters have hardly reached the high bits, by which the limit cuts.
+        hash = (hash ^ (hash >> 32)) * 0x9E3779B97F4A7C15ULL;
+        return hash ^ (hash >> 29);
+    }
+
+    std::vector<Held> gaps_;
+};
+
 }  // namespace
 
-MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout, const std::string& keptPath) {
+MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout, const std::string& keptPath,
+                                const std::string& strayPath) {
     MappingReader reader(input, layout);
     MappingSummary summary;
     summary.names = reader.Libraries();
     std::vector<InsertHistogram> histograms(summary.names.size());
     std::unique_ptr<KeptPairs> kept;
-    if (!keptPath.empty()) kept = std::make_unique<KeptPairs>(keptPath, reader.Header(), layout);
+    if (!keptPath.empty()) kept = std::make_unique<KeptPairs>(keptPath, strayPath, reader.Header(), layout);
     while (reader.Next()) {
         if (!reader.Primary()) continue;
         const bam1_core_t& core = reader.Record().core;
@@ -300,6 +386,7 @@ MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout,
 void AssignMapping(const MappingInput& input, const Layout& layout, const MappingSummary& summary,
                    std::vector<std::vector<AssignedRead>>& assigned) {
     assigned.resize(static_cast<size_t>(layout.gapCount) + 1);
+    ReadStore store(assigned.size());
     MappingReader reader(input, layout);
     PairFilter filter(reader, layout, summary);
     struct Waiting {
@@ -311,7 +398,7 @@ void AssignMapping(const MappingInput& input, const Layout& layout, const Mappin
     auto assign = [&](const MappedRead& first, const MappedRead* second, int library) {
         found.clear();
         AssignPair(first, second, layout, summary.libraries[static_cast<size_t>(library)], found);
-        for (AssignedRead& read : found) assigned[static_cast<size_t>(read.gap)].push_back(std::move(read));
+        for (AssignedRead& read : found) store.Add(std::move(read));
     };
     while (reader.Next()) {
         if (!reader.Primary()) continue;
@@ -337,6 +424,34 @@ void AssignMapping(const MappingInput& input, const Layout& layout, const Mappin
         waiting.erase(mate);
     }
     for (const auto& [key, single] : waiting) assign(single.read, nullptr, single.library);
+    store.MoveTo(assigned);
+}
+
+void WriteKeptPairs(const std::string& keptPath, const std::string& path1, const std::string& path2) {
+    std::unique_ptr<htsFile, int (*)(htsFile*)> file(hts_open(keptPath.c_str(), "r"), hts_close);
+    if (!file) throw Error(fmt::format("cannot read {}: {}", keptPath, std::strerror(errno)));
+    std::unique_ptr<sam_hdr_t, void (*)(sam_hdr_t*)> header(sam_hdr_read(file.get()), sam_hdr_destroy);
+    std::unique_ptr<bam1_t, void (*)(bam1_t*)> first(bam_init1(), bam_destroy1);
+    std::unique_ptr<bam1_t, void (*)(bam1_t*)> second(bam_init1(), bam_destroy1);
+    AtomicFile out1(path1);
+    AtomicFile out2(path2);
+    bool have = false;
+    int got = -1;
+    while (header && (got = sam_read1(file.get(), header.get(), second.get())) >= 0) {
+        if ((second->core.flag & (BAM_FSECONDARY | BAM_FSUPPLEMENTARY)) != 0) continue;
+        if (have && std::strcmp(bam_get_qname(first.get()), bam_get_qname(second.get())) == 0) {
+            bool turned = (first->core.flag & BAM_FREAD2) != 0;
+            WriteFastq(out1, turned ? *second : *first);
+            WriteFastq(out2, turned ? *first : *second);
+            have = false;
+            continue;
+        }
+        std::swap(first, second);
+        have = true;
+    }
+    if (got < -1) throw Error(fmt::format("{}: damaged or cut short", keptPath));
+    out1.Commit();
+    out2.Commit();
 }
 
 }  // namespace lintara::kit

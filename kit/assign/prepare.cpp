@@ -87,6 +87,7 @@ void WarnOfLetters(const std::vector<FastaRecord>& records, Progress& progress) 
 std::string ReferenceForCram(const std::vector<std::string>& bams, const std::vector<FastaRecord>& records,
                              const std::string& folder) {
     bool any = false;
+    hts_set_log_level(HTS_LOG_OFF);
     for (const std::string& bam : bams) {
         htsFile* file = hts_open(bam.c_str(), "r");
         if (file == nullptr) continue;
@@ -101,6 +102,27 @@ std::string ReferenceForCram(const std::vector<std::string>& bams, const std::ve
     return path;
 }
 
+namespace {
+
+/// Removes a FASTA file and its index when the command ends, in whatever way.
+class ScratchFasta {
+  public:
+    explicit ScratchFasta(std::string path) : path_(std::move(path)) {}
+    ~ScratchFasta() {
+        std::error_code ignored;
+        if (path_.empty()) return;
+        std::filesystem::remove(path_, ignored);
+        std::filesystem::remove(path_ + ".fai", ignored);
+    }
+    ScratchFasta(const ScratchFasta&) = delete;
+    ScratchFasta& operator=(const ScratchFasta&) = delete;
+
+  private:
+    std::string path_;
+};
+
+}  // namespace
+
 int RunPrepare(const PrepareOptions& options) {
     Progress progress(options.quiet);
     std::vector<FastaRecord> records = ReadFasta(options.scaffolds);
@@ -111,6 +133,7 @@ int RunPrepare(const PrepareOptions& options) {
     std::filesystem::create_directories(options.out, fault);
     if (fault) throw Error(fmt::format("cannot make the folder {}: {}", options.out, fault.message()));
     std::string reference = ReferenceForCram(options.bams, records, options.out);
+    ScratchFasta scratch(reference);
     std::vector<std::vector<AssignedRead>> assigned(static_cast<size_t>(layout.gapCount) + 1);
     for (const std::string& bam : options.bams) {
         progress.Begin("assign " + bam);
@@ -123,10 +146,6 @@ int RunPrepare(const PrepareOptions& options) {
         }
         progress.End(fmt::format("{} reads, {} mapped, longest {}{}", summary.reads, summary.mapped,
                                  summary.longestRead, sizes));
-    }
-    if (!reference.empty()) {
-        std::filesystem::remove(reference, fault);
-        std::filesystem::remove(reference + ".fai", fault);
     }
     for (std::vector<AssignedRead>& reads : assigned) OrderAndThin(reads);
     std::vector<CoreScaffold> scaffolds = CoreScaffolds(layout, true);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <string_view>
 
 #include "kit/base/error.h"
 #include "kit/fill/evidence.h"
@@ -52,7 +53,8 @@ std::map<int, std::string> ReadScaffolds(const std::string& output, int threads)
         std::string* text = nullptr;
         for (std::string line; reader.Next(line);) {
             if (line.starts_with('>')) {
-                text = &scaffolds[static_cast<int>(std::strtol(line.c_str() + 9, nullptr, 10))];
+                size_t number = std::min(line.size(), std::string_view(">scaffold").size());
+                text = &scaffolds[static_cast<int>(std::strtol(line.c_str() + number, nullptr, 10))];
             } else if (text != nullptr) {
                 *text += Upper(line);
             }
@@ -160,6 +162,8 @@ void ReadCoreResults(const std::string& output, int threads, long readLength, co
                     result.support[i] = result.depth[i] = static_cast<int>(log->spanningReads);
                 }
             }
+            CountReadsOver(assigned[static_cast<size_t>(result.gap)], reader.Before(), result.text, reader.After(g),
+                           result.support, result.depth);
             results.push_back(std::move(result));
         }
         if (!reader.Agrees()) {
@@ -199,6 +203,18 @@ CoreRun RunCore(const std::string& core, const std::string& folder, long readLen
         run.fault = EndWords(core, run.end);
         std::string words = LastLines(output + "/messages.txt", 3);
         if (!words.empty()) run.fault += ": " + words;
+        return run;
+    }
+    if (run.nothingFilled && !std::filesystem::exists(output + "/FilledScaf/seq.thread1")) {
+        for (const CoreScaffold& scaffold : scaffolds) {
+            for (int gap : scaffold.gaps) {
+                GapResult result;
+                result.gap = gap;
+                result.reads = static_cast<long>(assigned[static_cast<size_t>(gap)].size());
+                result.reason = "the core program filled nothing and told nothing";
+                run.results.push_back(std::move(result));
+            }
+        }
         return run;
     }
     ReadCoreResults(output, threads, readLength, layout, scaffolds, assigned, run);

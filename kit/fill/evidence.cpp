@@ -68,7 +68,8 @@ int BaseIndex(char base) {
     }
 }
 
-/// One column record: position, four counts, "B---S" or "B   S", reads, ratio.
+/// One column record: position, four counts, the called base with that of the path, reads, ratio. The two bases stand
+/// as "B---S" or "B   S" within a path, as two fields beside a lengthened edge; a small gap has the called base alone.
 bool ParseColumn(const std::string& line, long& position, int (&counts)[4], char& base, int& depth) {
     const char* at = line.data();
     const char* end = at + line.size();
@@ -78,18 +79,29 @@ bool ParseColumn(const std::string& line, long& position, int (&counts)[4], char
         if (fault != std::errc() || next == end || *next != '\t') return false;
         at = next + 1;
     }
-    if (end - at < 6) return false;
+    if (end - at < 4) return false;
     char winner = at[0];
-    bool same = at[1] == '-';
-    char path = at[4];
+    char path = winner;
+    bool same = false;
+    if (at[1] != '\t') {
+        if (end - at < 7) return false;
+        same = at[1] == '-';
+        path = at[4];
+        at += 6;
+    } else if (at[3] == '\t' && std::isalpha(static_cast<unsigned char>(at[2]))) {
+        path = at[2];
+        at += 4;
+    } else {
+        at += 2;
+    }
     double ratio = 0;
     long reads = 0;
-    auto [next, fault] = std::from_chars(at + 6, end, reads);
+    auto [next, fault] = std::from_chars(at, end, reads);
     if (fault != std::errc() || next == end) return false;
     std::from_chars(next + 1, end, ratio);
     position = numbers[0];
     for (int i = 0; i < 4; ++i) counts[i] = static_cast<int>(numbers[i + 1]);
-    base = same || ratio >= 0.7 ? winner : path;
+    base = winner != 'N' && (same || ratio >= 0.7) ? winner : path;
     depth = static_cast<int>(reads);
     return true;
 }
@@ -191,6 +203,45 @@ void PlaceColumns(const std::vector<ColumnBlock>& blocks, const std::string& bef
             }
         }
     });
+}
+
+void CountReadsOver(const std::vector<AssignedRead>& reads, const std::string& before, const std::string& text,
+                    const std::string& after, std::vector<int>& support, std::vector<int>& depth) {
+    std::vector<size_t> unknown;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (support[i] < 0 && text[i] != 'N') unknown.push_back(i);
+    }
+    if (unknown.empty()) return;
+    constexpr size_t kFlank = 200;  // no read that lies over the text needs more of the contigs
+    size_t flank = std::min(before.size(), kFlank);
+    std::string context = before.substr(before.size() - flank) + text + after.substr(0, kFlank);
+    constexpr long kTwice = -1;
+    std::unordered_map<uint64_t, long> places;
+    EachWord(context, [&](uint64_t word, size_t start) {
+        auto [place, fresh] = places.try_emplace(word, static_cast<long>(start));
+        if (!fresh) place->second = kTwice;
+    });
+    for (size_t i : unknown) support[i] = depth[i] = 0;
+    for (const AssignedRead& read : reads) {
+        std::map<long, int> begins;  // of the read on the context, with the words that say so
+        EachWord(read.bases, [&](uint64_t word, size_t start) {
+            auto place = places.find(word);
+            if (place != places.end() && place->second != kTwice) ++begins[place->second - static_cast<long>(start)];
+        });
+        auto best = std::max_element(begins.begin(), begins.end(),
+                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+        if (best == begins.end()) continue;
+        for (size_t i : unknown) {
+            long at = static_cast<long>(i + flank) - best->first;
+            if (at < 0 || at >= static_cast<long>(read.bases.size())) continue;
+            ++depth[i];
+            support[i] += read.bases[static_cast<size_t>(at)] == text[i];
+        }
+    }
+    // Without a single read nothing is known.
+    for (size_t i : unknown) {
+        if (depth[i] == 0) support[i] = depth[i] = -1;
+    }
 }
 
 std::string ReasonWords(const GapLog& log, const std::string& text, long reads) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "kit/assign/assign.h"
+
 namespace lintara::kit {
 
 /// What the log says of one gap, in the order of the gaps of its scaffold.
@@ -43,6 +45,11 @@ void ReadColumns(const std::string& path, std::map<int, std::vector<ColumnBlock>
 /// a column get -1.
 void PlaceColumns(const std::vector<ColumnBlock>& blocks, const std::string& before, const std::string& text,
                   const std::string& after, std::vector<int>& support, std::vector<int>& depth);
+
+/// Fills in what no column tells (-1): the reads that lie over a base of `text` by the words that they share with it,
+/// and those of them that show it.
+void CountReadsOver(const std::vector<AssignedRead>& reads, const std::string& before, const std::string& text,
+                    const std::string& after, std::vector<int>& support, std::vector<int>& depth);
 
 /// Reason in plain words. `text` is the gap's text: empty, bases, N or both.
 std::string ReasonWords(const GapLog& log, const std::string& text, long reads);

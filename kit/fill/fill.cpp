@@ -1,7 +1,6 @@
 #include "kit/fill/fill.h"
 
 #include <fmt/format.h>
-#include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "kit/assign/mapping.h"
 #include "kit/assign/prepare.h"
@@ -17,8 +17,10 @@
 #include "kit/base/error.h"
 #include "kit/base/progress.h"
 #include "kit/fill/core_run.h"
+#include "kit/fill/mapper.h"
 #include "kit/fill/outputs.h"
 #include "kit/fill/state.h"
+#include "kit/fill/windows.h"
 #include "kit/report/report.h"
 
 namespace lintara::kit {
@@ -97,8 +99,9 @@ class Filler {
         core_ = FindProgram(options_.core);
         if (core_.empty()) throw Error("the program " + options_.core + " was not found");
         if (!options_.bams.empty()) return;
-        mapper_ = FindProgram(options_.mapper);
-        if (mapper_.empty()) throw Error("the program " + options_.mapper + " was not found");
+        std::string program = FindProgram(options_.mapper);
+        if (program.empty()) throw Error("the program " + options_.mapper + " was not found");
+        mapper_ = Mapper(options_.mapper, program, options_.threads);
     }
 
     /// Makes OUT, or takes up the state of an earlier run. False: the run is complete already.
@@ -115,6 +118,8 @@ class Filler {
             }
             if (options_.resume && fs::exists(options_.out + "/run.json", fault)) {
                 progress_.Begin("resume");
+                // A run that was ended while it cleaned up leaves a rest.
+                if (!options_.keep) fs::remove_all(work_, fault);
                 progress_.End(options_.out + " is complete");
                 return false;
             }
@@ -155,7 +160,8 @@ class Filler {
                       {"commands", commands_},
                       {"times", times_},
                       {"cpu", cpu_}};
-        file.Write(saved.dump());
+        // Paths need not be UTF-8.
+        file.Write(saved.dump(-1, ' ', false, json::error_handler_t::replace));
         file.Commit();
     }
 
@@ -181,10 +187,8 @@ class Filler {
         Layout layout = LayoutOf(next, records_, places);
         if (layout.gapCount == 0) return false;
         folder_ = fmt::format("{}/round{}", work_, round);
+        MakeFolder(folder_);
         std::error_code fault;
-        fs::remove_all(folder_, fault);
-        fs::create_directories(folder_, fault);
-        if (fault) throw Error(fmt::format("cannot make the folder {}: {}", folder_, fault.message()));
         std::string stage = fmt::format("round {}", round);
 
         std::vector<std::vector<AssignedRead>> assigned(static_cast<size_t>(layout.gapCount) + 1);
@@ -195,22 +199,25 @@ class Filler {
         } else {
             AssignBams(stage, layout, assigned, libraries, longest);
         }
-        for (std::vector<AssignedRead>& reads : assigned) OrderAndThin(reads);
 
         progress_.Begin(stage + ": fill");
         double before = OwnCpu();
-        std::vector<CoreScaffold> scaffolds = CoreScaffolds(layout, false);
-        WriteCoreInput(layout, scaffolds, assigned, folder_);
-        CoreRun run = RunCore(core_, folder_, std::max(longest, 1L), options_.threads, layout, scaffolds, assigned);
-        commands_.push_back(CommandLine(run.command));
-        if (!run.fault.empty()) throw Error(run.fault);
+        CoreRun run = Fill(folder_, layout, assigned, longest);
         for (const std::string& warning : run.warnings) progress_.Warn(warning);
         RoundGain gain = ApplyResults(next, records_, places, run.results, round);
         next.round = round;
-        next.gaining = gain.gaps > 0;
-        Note("fill", run.end.cpu, before);
+        times_["fill"] += progress_.Seconds();
+        AddCpu("core", run.end.cpu, before);
         progress_.End(fmt::format("{} gaps offered, {} gained, {} closed, {} bases", layout.gapCount, gain.gaps,
                                   gain.closed, gain.bases));
+        next.gaining = gain.gaps > 0;
+        std::string broken;
+        try {
+            if (options_.bams.empty()) LookCloser(stage, round, next, gain, longest);
+        } catch (const Error& error) {
+            broken = error.what();
+        }
+        next.gaining = gain.gaps > 0;
         rounds_.push_back({{"round", round},
                            {"gaps", layout.gapCount},
                            {"gained_gaps", gain.gaps},
@@ -220,15 +227,170 @@ class Filler {
                            {"libraries", libraries}});
         state_ = std::move(next);
         SaveState();
+        if (!broken.empty()) throw Error(broken);
         if (!options_.keep) fs::remove_all(folder_, fault);
         return true;
+    }
+
+    /// Thins the reads, writes the core program's input below `folder` and runs it.
+    CoreRun Fill(const std::string& folder, const Layout& layout, std::vector<std::vector<AssignedRead>>& assigned,
+                 long longest) {
+        for (std::vector<AssignedRead>& reads : assigned) OrderAndThin(reads);
+        std::vector<CoreScaffold> scaffolds = CoreScaffolds(layout, false);
+        WriteCoreInput(layout, scaffolds, assigned, folder);
+        CoreRun run = RunCore(core_, folder, std::max(longest, 1L), options_.threads, layout, scaffolds, assigned);
+        commands_.push_back(CommandLine(run.command));
+        if (!run.fault.empty()) throw Error(run.fault);
+        return run;
+    }
+
+    /// Goes on with the reads that this round has kept, at the gaps that are still open, as long as they gain. A gap
+    /// that does not is given more room, and then left to the next round.
+    void LookCloser(const std::string& stage, int round, State& state, RoundGain& gain, long longest) {
+        std::vector<PiecePlace> places;
+        if (LayoutOf(state, records_, places).gapCount == 0) return;
+        progress_.Begin(stage + ": look closer");
+        for (size_t l = 0; l < libraries_.size(); ++l) {
+            double before = OwnCpu();
+            WriteKeptPairs(KeptPath(l), folder_ + fmt::format("/pool{}_1.fq", l + 1),
+                           folder_ + fmt::format("/pool{}_2.fq", l + 1));
+            AddCpu("", 0, before);
+        }
+        RoundGain all;
+        std::map<int, int> vain;  // original gap to looks without a gain since its last one
+        int looks = 0;
+        for (; looks < kMostLooks; ++looks) {
+            TrimFreshEnds(state);
+            Layout layout = LayoutOf(state, records_, places);
+            std::set<int> gaps;
+            std::set<int> longer;
+            for (int id = 1; id <= layout.gapCount; ++id) {
+                int tries = vain[OriginalGap(state, places, id)];
+                if (tries < kMostVainLooks) gaps.insert(id);
+                if (tries > 0) longer.insert(id);
+            }
+            if (gaps.empty()) break;
+            std::set<int> tried;
+            for (int id : gaps) tried.insert(OriginalGap(state, places, id));
+            std::vector<GapResult> results = LookOnce(looks + 1, layout, gaps, longer, longest);
+            double before = OwnCpu();
+            RoundGain step = ApplyResults(state, records_, places, results, round);
+            AddCpu("", 0, before);
+            for (int gap : tried) ++vain[gap];
+            for (int gap : step.gained) vain[gap] = 0;
+            all.gaps += step.gaps;
+            all.closed += step.closed;
+            all.bases += step.bases;
+            gain.gaps += step.gaps;
+            gain.closed += step.closed;
+            gain.bases += step.bases;
+        }
+        times_["look"] += progress_.Seconds();
+        progress_.End(
+            fmt::format("{} looks, {} gaps gained, {} closed, {} bases", looks, all.gaps, all.closed, all.bases));
+    }
+    static constexpr int kMostLooks = 12;     ///< of a round
+    static constexpr int kMostVainLooks = 2;  ///< at a gap, one after the other
+
+    static int OriginalGap(const State& state, const std::vector<PiecePlace>& places, int id) {
+        const PiecePlace& place = places[static_cast<size_t>(id) - 1];
+        return state.scaffolds[static_cast<size_t>(place.scaffold)].pieces[place.piece].gap;
+    }
+
+    std::vector<GapResult> LookOnce(int look, const Layout& layout, const std::set<int>& gaps,
+                                    const std::set<int>& longer, long longest) {
+        std::string folder = fmt::format("{}/look{}", folder_, look);
+        MakeFolder(folder);
+        double reach = kLeastReach;
+        for (const MappingSummary& library : libraries_) {
+            const InsertSize& insert = library.libraries[0];
+            reach = std::max(reach, insert.median + kDeviations * insert.deviation + static_cast<double>(longest));
+        }
+        double before = OwnCpu();
+        double mapper = 0;
+        Windows windows = CutWindows(layout, gaps, longer, static_cast<long>(reach));
+        std::string reference = folder + "/windows.fa";
+        WriteReference(windows.layout, reference);
+        mapper += mapper_.Index(reference);
+        std::vector<std::vector<AssignedRead>> assigned(static_cast<size_t>(windows.layout.gapCount) + 1);
+        for (size_t l = 0; l < libraries_.size(); ++l) {
+            auto assign = [&](int fd) { AssignMapping({"", fd, ""}, windows.layout, libraries_[l], assigned); };
+            std::string pool = folder_ + fmt::format("/pool{}_", l + 1);
+            const InsertSize& insert = libraries_[l].libraries[0];
+            mapper += mapper_.Map(reference, {pool + "1.fq", pool + "2.fq"}, insert, folder + "/map.txt", assign);
+            mapper += mapper_.Map(reference, {StrayPath(l)}, {}, folder + "/map.txt", assign);
+        }
+        TakeCommands();
+        CoreRun run = Fill(folder, windows.layout, assigned, longest);
+        for (GapResult& result : run.results) {
+            size_t window = static_cast<size_t>(result.gap) - 1;
+            const std::vector<AssignedRead>& reads = assigned[static_cast<size_t>(result.gap)];
+            auto [contigs, stated] = Flanks(windows.layout, layout, result.gap, windows.gaps[window]);
+            contigs.first.resize(contigs.first.size() - static_cast<size_t>(result.cutBefore));
+            contigs.second.erase(0, static_cast<size_t>(result.cutAfter));
+            CutAtBranches(result, contigs.first, contigs.second, reads, stated);
+            FitLength(result, stated);
+            result.gap = windows.gaps[window];
+        }
+        AddCpu("mapper", mapper, before);
+        cpu_["core"] += run.end.cpu;
+        return run.results;
+    }
+    static constexpr double kLeastReach = 500;  ///< of a window into a contig, bases
+
+    /// The two contigs of a window's gap, and the gap's stated length.
+    static std::pair<std::pair<std::string, std::string>, long> Flanks(const Layout& windows, const Layout& layout,
+                                                                       int window, int id) {
+        std::pair<std::string, std::string> contigs;
+        for (const Sequence& sequence : windows.sequences) {
+            for (const LayoutGap& gap : sequence.gaps) {
+                if (gap.id != window) continue;
+                auto part = [&](long from, long to) {
+                    return sequence.text.substr(static_cast<size_t>(from), static_cast<size_t>(to - from));
+                };
+                contigs = {part(gap.leftStart, gap.span.start), part(gap.span.end, gap.rightEnd)};
+            }
+        }
+        for (const Sequence& sequence : layout.sequences) {
+            for (const LayoutGap& gap : sequence.gaps) {
+                if (gap.id == id) return {contigs, gap.span.Length()};
+            }
+        }
+        return {contigs, 1};
     }
 
     /// Adds a stage's wall time and the processor time of its child and of this process.
     void Note(const std::string& stage, double childCpu, double ownBefore) {
         times_[stage] += progress_.Seconds();
-        cpu_[stage == "map" ? "mapper" : stage == "fill" ? "core" : stage] += childCpu;
+        AddCpu(stage == "map" ? "mapper" : stage, childCpu, ownBefore);
+    }
+
+    void AddCpu(const std::string& child, double childCpu, double ownBefore) {
+        if (childCpu > 0) cpu_[child] += childCpu;
         cpu_["kit"] += OwnCpu() - ownBefore;
+    }
+
+    void TakeCommands() {
+        for (std::string& command : mapper_.TakeCommands()) commands_.push_back(std::move(command));
+    }
+
+    static void MakeFolder(const std::string& folder) {
+        std::error_code fault;
+        fs::remove_all(folder, fault);
+        fs::create_directories(folder, fault);
+        if (fault) throw Error(fmt::format("cannot make the folder {}: {}", folder, fault.message()));
+    }
+
+    std::string KeptPath(size_t library) const { return fmt::format("{}/kept{}.bam", folder_, library + 1); }
+    std::string StrayPath(size_t library) const { return fmt::format("{}/stray{}.fq", folder_, library + 1); }
+
+    static void WriteReference(const Layout& layout, const std::string& path) {
+        AtomicFile file(path);
+        for (const Sequence& sequence : layout.sequences) {
+            // A mapper has no use for a sequence without bases.
+            if (!sequence.text.empty()) WriteFasta(file, sequence.name, "", sequence.text);
+        }
+        file.Commit();
     }
 
     void AddLibraries(const MappingSummary& summary, const std::string& name, json& libraries) {
@@ -270,34 +432,35 @@ class Filler {
     void MapAndAssign(const std::string& stage, const Layout& layout, std::vector<std::vector<AssignedRead>>& assigned,
                       json& libraries, long& longest) {
         std::string reference = folder_ + "/scaffolds.fa";
-        {
-            AtomicFile file(reference);
-            for (const Sequence& sequence : layout.sequences) {
-                // A mapper has no use for a sequence without bases.
-                WriteFasta(file, sequence.name, "", sequence.text.empty() ? "N" : sequence.text);
-            }
-            file.Commit();
-        }
+        WriteReference(layout, reference);
         if (options_.mapper == "bwa") {
             progress_.Begin(stage + ": index");
             double before = OwnCpu();
-            RunToEnd({mapper_, "index", reference}, "index");
-            (void)before;
+            double cpu = mapper_.Index(reference);
+            Note("map", cpu, before);
             progress_.End("done");
         }
+        libraries_.clear();
         for (size_t l = 0; l < options_.reads1.size(); ++l) {
-            std::string kept = fmt::format("{}/kept{}.bam", folder_, l + 1);
             progress_.Begin(fmt::format("{}: map {}", stage, options_.reads1[l]));
-            MappingSummary summary = Map(reference, l, layout, kept);
+            double before = OwnCpu();
+            MappingSummary summary;
+            double cpu = mapper_.Map(reference, {options_.reads1[l], options_.reads2[l]}, {},
+                                     fmt::format("{}/map{}.txt", folder_, l + 1), [&](int fd) {
+                                         summary = SummarizeMapping({"", fd, ""}, layout, KeptPath(l), StrayPath(l));
+                                     });
+            Note("map", cpu, before);
+            TakeCommands();
             progress_.End(SummaryWords(summary));
             progress_.Begin(stage + ": assign");
-            double before = OwnCpu();
+            before = OwnCpu();
             size_t had = CountReads(assigned);
-            AssignMapping({kept, -1, ""}, layout, summary, assigned);
+            AssignMapping({KeptPath(l), -1, ""}, layout, summary, assigned);
             longest = std::max(longest, summary.longestRead);
             AddLibraries(summary, options_.reads1[l], libraries);
             Note("assign", 0, before);
             progress_.End(fmt::format("{} reads to {} gaps", CountReads(assigned) - had, layout.gapCount));
+            libraries_.push_back(std::move(summary));
         }
     }
 
@@ -305,62 +468,6 @@ class Filler {
         size_t count = 0;
         for (const std::vector<AssignedRead>& reads : assigned) count += reads.size();
         return count;
-    }
-
-    void RunToEnd(const std::vector<std::string>& command, const std::string& name) {
-        std::string messages = folder_ + "/" + name + ".txt";
-        double before = OwnCpu();
-        commands_.push_back(CommandLine(command));
-        Child child(command, folder_ + "/" + name + ".out", messages);
-        ChildEnd end = child.Wait();
-        Note("map", end.cpu, before);
-        ThrowIfBad(command[0], end, messages);
-    }
-
-    static void ThrowIfBad(const std::string& program, const ChildEnd& end, const std::string& messages) {
-        if (end.Good()) return;
-        std::string words = LastLines(messages, 3);
-        throw Error(EndWords(program, end) + (words.empty() ? "" : ": " + words));
-    }
-
-    MappingSummary Map(const std::string& reference, size_t library, const Layout& layout, const std::string& kept) {
-        std::string threads = std::to_string(options_.threads);
-        // A fixed batch size makes the mapping the same with any number of threads.
-        std::vector<std::string> command = {mapper_, "mem", "-t", threads, "-K", "10000000", "-v", "1", reference};
-        if (options_.mapper != "bwa") command = {mapper_, "-ax", "sr", "-t", threads, reference};
-        command.push_back(options_.reads1[library]);
-        command.push_back(options_.reads2[library]);
-        commands_.push_back(CommandLine(command));
-        std::string messages = fmt::format("{}/map{}.txt", folder_, library + 1);
-        double before = OwnCpu();
-        Child child(command, "", messages);
-        MappingSummary summary;
-        std::string broken;
-        try {
-            summary = SummarizeMapping({"", child.TakeOutFd(), ""}, layout, kept);
-        } catch (const Error& error) {
-            broken = error.what();
-        }
-        ChildEnd end = child.Wait();
-        Note("map", end.cpu, before);
-        // When our side broke off, the mapper's end is its consequence, unless it had a fault of its own.
-        if (broken.empty() || (end.signal != SIGPIPE && !end.Good())) ThrowIfBad(mapper_, end, messages);
-        if (!broken.empty()) throw Error(broken);
-        return summary;
-    }
-
-    /// First words with a digit that the mapper says of its version.
-    std::string MapperVersion() {
-        std::string out = work_ + "/version.out";
-        std::string err = work_ + "/version.txt";
-        std::vector<std::string> command = {mapper_};
-        if (options_.mapper != "bwa") command.push_back("--version");
-        Child child(command, out, err);
-        child.Wait();
-        std::string words = ReadWhole(options_.mapper == "bwa" ? err : out);
-        size_t at = words.find("Version: ");
-        at = at == std::string::npos ? 0 : at + 9;
-        return words.substr(at, words.find('\n', at) - at);
     }
 
     void WriteRunFile() {
@@ -371,6 +478,7 @@ class Filler {
         long peak = std::max(own.ru_maxrss, children.ru_maxrss);
         times_["total"] += std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
         json run = {{"version", LINTARA_KIT_VERSION},
+                    {"command", options_.command},
                     {"commands", commands_},
                     {"rounds", rounds_},
                     {"times", times_},
@@ -379,10 +487,10 @@ class Filler {
                     {"kit_peak_memory_mb", static_cast<double>(own.ru_maxrss) / 1024.0},
                     {"scaffolds", options_.scaffolds},
                     {"threads", options_.threads}};
-        if (!mapper_.empty()) run["mapper"] = options_.mapper + " " + MapperVersion();
+        if (options_.bams.empty()) run["mapper"] = options_.mapper + " " + mapper_.Version(work_);
         if (!fault_.empty()) run["fault"] = fault_;
         AtomicFile file(options_.out + "/run.json");
-        file.Write(run.dump(2) + "\n");
+        file.Write(run.dump(2, ' ', false, json::error_handler_t::replace) + "\n");
         file.Commit();
     }
 
@@ -391,7 +499,8 @@ class Filler {
     std::string work_;
     std::string folder_;  ///< of the present round
     std::string core_;
-    std::string mapper_;
+    Mapper mapper_;
+    std::vector<MappingSummary> libraries_;  ///< of the present round's mapping
     std::vector<FastaRecord> records_;
     State state_;
     json rounds_ = json::array();

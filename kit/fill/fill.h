@@ -23,6 +23,7 @@ struct FillOptions {
     bool force = false;
     bool keep = false;  ///< leave OUT/work
     bool quiet = false;
+    std::string command;  ///< as the user gave it, for run.json
 };
 
 /// Returns the exit status: 0, or 1 when a child ended abnormally after something had been gained (the gain is

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace lintara::kit {
 
@@ -48,6 +49,7 @@ std::string Outcome(const GapSums& sum) {
 void WriteSequences(const State& state, const std::vector<FastaRecord>& records, const std::string& out) {
     AtomicFile fasta(out + "/filled.fa");
     AtomicFile index(out + "/filled.fa.fai");
+    std::unordered_set<std::string> names;
     long offset = 0;
     for (size_t s = 0; s < records.size(); ++s) {
         std::string text;
@@ -57,7 +59,11 @@ void WriteSequences(const State& state, const std::vector<FastaRecord>& records,
                     (records[s].description.empty() ? 0 : 1);
         long size = static_cast<long>(text.size());
         offset += head;
-        index.Write(fmt::format("{}\t{}\t{}\t{}\t{}\n", records[s].name, size, offset, kColumns, kColumns + 1));
+        // As samtools does it: an empty sequence and one whose name was there before cannot be looked up.
+        if (size > 0 && names.insert(records[s].name).second) {
+            long width = std::min(size, kColumns);
+            index.Write(fmt::format("{}\t{}\t{}\t{}\t{}\n", records[s].name, size, offset, width, width + 1));
+        }
         offset += size + (size + kColumns - 1) / kColumns;
     }
     fasta.Commit();

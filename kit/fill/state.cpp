@@ -40,6 +40,13 @@ State StartState(const std::vector<FastaRecord>& records, long minGap) {
             at = run.end;
         }
         addContig(size);
+        for (size_t i = 0; i < scaffold.pieces.size(); ++i) {
+            if (scaffold.pieces[i].kind != PieceKind::kOpen) continue;
+            bool shortBefore = i > 0 && scaffold.pieces[i - 1].Size() < kLeastContig;
+            bool shortAfter = i + 1 < scaffold.pieces.size() && scaffold.pieces[i + 1].Size() < kLeastContig;
+            GapRecord& gap = state.gaps[static_cast<size_t>(scaffold.pieces[i].gap) - 1];
+            if (!gap.atEnd && (shortBefore || shortAfter)) gap.reason = "a contig beside the gap is a single base";
+        }
         state.scaffolds.push_back(std::move(scaffold));
     }
     return state;
@@ -68,9 +75,7 @@ std::string UpperText(const Piece& piece, const FastaRecord& record) {
         record.sequence.substr(static_cast<size_t>(piece.span.start), static_cast<size_t>(piece.span.Length())));
 }
 
-}  // namespace
-
-void TrimForNextRound(State& state) {
+void Trim(State& state, bool freshOnly) {
     for (ScaffoldState& scaffold : state.scaffolds) {
         std::vector<Piece>& pieces = scaffold.pieces;
         // Both ends of a stretch are trimmed by its length before this round's trimming.
@@ -88,10 +93,20 @@ void TrimForNextRound(State& state) {
             trims[i] = {before > kTrimAbove, after > kTrimAbove};
         }
         for (size_t i = 0; i < pieces.size(); ++i) {
-            if (trims[i].first) pieces[i].trimLeft += kTrim;
-            if (trims[i].second) pieces[i].trimRight += kTrim;
+            if (trims[i].first && (!freshOnly || pieces[i].trimLeft == 0)) pieces[i].trimLeft += kTrim;
+            if (trims[i].second && (!freshOnly || pieces[i].trimRight == 0)) pieces[i].trimRight += kTrim;
         }
     }
+}
+
+}  // namespace
+
+void TrimForNextRound(State& state) {
+    Trim(state, false);
+}
+
+void TrimFreshEnds(State& state) {
+    Trim(state, true);
 }
 
 Layout LayoutOf(const State& state, const std::vector<FastaRecord>& records, std::vector<PiecePlace>& places) {
@@ -358,6 +373,7 @@ RoundGain ApplyResults(State& state, const std::vector<FastaRecord>& records, co
                 continue;
             }
             gain.gaps += change.gains;
+            if (change.gains) gain.gained.push_back(piece.gap);
             RemoveBack(next, change.removeLeft);
             remove = change.removeRight;
             bool open = false;

@@ -78,6 +78,8 @@ State StartState(const std::vector<FastaRecord>& records, long minGap);
 
 /// Hides 10 more bases on each side of the open pieces, where what stands there is longer than 300 bases.
 void TrimForNextRound(State& state);
+/// Does so only on those sides where nothing is hidden yet.
+void TrimFreshEnds(State& state);
 inline constexpr long kTrim = 10;
 inline constexpr long kTrimAbove = 300;
 
@@ -88,6 +90,8 @@ struct RoundGain {
     int gaps = 0;    ///< open pieces that changed
     long bases = 0;  ///< bases in new filled stretches
     int closed = 0;  ///< open pieces that are gone
+    std::vector<int>
+        gained;  ///< numbers of the original gaps that changed; one with several open pieces more than once
 };
 
 /// Puts the results of round `round` into the state. A result that gains nothing leaves its piece as it is.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <unordered_map>
@@ -107,6 +108,8 @@ struct Alignments {
 
 void Open(Alignments& in, const std::string& path, int descriptor, const std::string& reference) {
     const std::string name = path.empty() ? "the mapper's output" : path;
+    // What is wrong is told once, in this program's own words.
+    hts_set_log_level(HTS_LOG_OFF);
     errno = 0;
     if (path.empty()) {
         hFILE* stream = hdopen(descriptor, "r");
@@ -122,7 +125,8 @@ void Open(Alignments& in, const std::string& path, int descriptor, const std::st
     }
     in.header = sam_hdr_read(in.file);
     if (in.header == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name));
-    if (hts_get_format(in.file)->format == bam && !path.empty() && hts_check_EOF(in.file) == 0) {
+    bool marked = hts_get_format(in.file)->format == bam || hts_get_format(in.file)->format == cram;
+    if (marked && !path.empty() && hts_check_EOF(in.file) == 0) {
         throw Error(fmt::format("{}: the file is cut short", name));
     }
 }
@@ -143,7 +147,9 @@ std::vector<int> Targets(const Alignments& in, const std::string& path, const st
         std::string name = sam_hdr_tid2name(in.header, t);
         int scaffold = -1;
         if (numbered) {
-            scaffold = std::stoi(name);
+            auto [stop, fault] = std::from_chars(name.data(), name.data() + name.size(), scaffold);
+            bool whole = fault == std::errc() && stop == name.data() + name.size();
+            if (!whole || scaffold >= static_cast<int>(scaffolds.size())) scaffold = -1;
         } else if (auto found = index.find(name); found != index.end()) {
             scaffold = found->second;
         }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -97,8 +98,9 @@ void MapBack(const VerifyOptions& options, const std::vector<FastaRecord>& scaff
         } catch (const Error& error) {
             fault = error;
         }
-        // A mapper that failed explains a stream that broke off.
-        Demand(options.mapper, mapper.Wait(), log);
+        // A mapper that failed explains a stream that broke off, unless it failed since nobody read it any more.
+        ChildEnd end = mapper.Wait();
+        if (!fault || end.signal != SIGPIPE) Demand(options.mapper, end, log);
         if (fault) throw *fault;
         progress.End("done");
     }

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "kit/assign/edge_words.h"
+#include "kit/assign/mapping.h"
+#include "tests/kit/support.h"
+
 namespace lintara::kit {
 namespace {
 
@@ -179,6 +185,96 @@ TEST(Layout, GapsAtTheEndsAndBesideSingleBasesCannotBeFilled) {
     AddSequence(layout, "s", "NNACGTnACNNNAnACGTNN", 1);
     ASSERT_EQ(layout.gapCount, 1);
     EXPECT_EQ(layout.sequences[0].gaps[0].span, (Span{6, 7}));
+}
+
+TEST(EdgeWords, ReadsThatShareAWordWithAContigEndTouchIt) {
+    std::string left = test::RandomBases(500, 1);
+    std::string right = test::RandomBases(500, 2);
+    Layout layout;
+    AddSequence(layout, "s", left + "NNN" + right, 1);
+    EdgeWords words(layout);
+    std::string beyond = test::RandomBases(100, 3);
+    EXPECT_TRUE(words.Touches(left.substr(469) + beyond));  // 31 bases
+    EXPECT_FALSE(words.Touches(left.substr(470) + beyond));
+    EXPECT_TRUE(words.Touches(ReverseComplement(left.substr(469) + beyond)));
+    EXPECT_TRUE(words.Touches(beyond + right.substr(0, 31)));
+    EXPECT_FALSE(words.Touches(beyond + right.substr(0, 30)));
+    // Words lie within the last 64 bases.
+    EXPECT_TRUE(words.Touches(left.substr(400, 36 + 31)));
+    EXPECT_FALSE(words.Touches(left.substr(400, 36 + 30)));
+    // An N cuts a word.
+    EXPECT_FALSE(words.Touches(left.substr(469, 15) + "N" + left.substr(485)));
+    EXPECT_FALSE(EdgeWords(Layout()).Touches(left));
+}
+
+class AssignmentFiles : public test::KitTest {
+  protected:
+    /// Both contigs have 1000 bases, the gap 100.
+    AssignmentFiles() { AddSequence(layout_, "s", left_ + std::string(100, 'N') + right_, 1); }
+    static std::string Head() { return "@SQ\tSN:s\tLN:2100\n"; }
+    static std::string Record(const std::string& name, int flag, long start, int quality, const std::string& cigar,
+                              long mate, const std::string& bases) {
+        bool placed = start > 0;
+        return name + "\t" + std::to_string(flag) + "\t" + (placed ? "s" : "*") + "\t" + std::to_string(start) + "\t" +
+               std::to_string(quality) + "\t" + cigar + "\t" + (mate > 0 ? "s" : "*") + "\t" + std::to_string(mate) +
+               "\t0\t" + bases + "\t*\n";
+    }
+    std::string left_ = test::RandomBases(1000, 1);
+    std::string right_ = test::RandomBases(1000, 2);
+    Layout layout_;
+};
+
+TEST_F(AssignmentFiles, NoMoreThanTwiceTheMostReadsAreHeldWhateverTheirOrder) {
+    std::vector<std::string> records;
+    for (int i = 0; i < 20000; ++i) {
+        // 50 places in the contig in front of the gap
+        records.push_back(Record("r" + std::to_string(i), 0, 880 + i % 50, 60, "100M", 0,
+                                 left_.substr(static_cast<size_t>(i % 50), 100)));
+    }
+    auto names = [&](const std::string& file) {
+        std::string text = Head();
+        for (const std::string& record : records) text += record;
+        std::ofstream(Path(file)) << text;
+        MappingInput input{Path(file), -1, ""};
+        std::vector<std::vector<AssignedRead>> assigned;
+        AssignMapping(input, layout_, SummarizeMapping(input, layout_, ""), assigned);
+        std::map<long, int> places;
+        std::set<std::string> kept;
+        for (const AssignedRead& read : assigned[1]) {
+            kept.insert(read.name);
+            ++places[read.position];
+        }
+        EXPECT_EQ(kept.size(), assigned[1].size());
+        EXPECT_EQ(places.size(), 50U);
+        for (const auto& [place, count] : places) EXPECT_GT(count, 1900 / 50 / 2) << place;
+        return kept;
+    };
+    std::set<std::string> kept = names("ordered.sam");
+    EXPECT_GE(kept.size(), kMostReads);
+    EXPECT_LE(kept.size(), 2 * kMostReads);
+    std::reverse(records.begin(), records.end());
+    EXPECT_EQ(names("turned.sam"), kept);
+}
+
+TEST_F(AssignmentFiles, PairsWithoutAPlaceAreKeptAndStraysAreWrittenApart) {
+    std::string hangs = left_.substr(960) + test::RandomBases(60, 5);
+    std::string far = left_.substr(100, 100);
+    std::ofstream(Path("all.sam")) << Head()
+                                   // without a place
+                                   << Record("nowhere", 77, 0, 0, "*", 0, std::string(100, 'A'))
+                                   << Record("nowhere", 141, 0, 0, "*", 0, std::string(100, 'C'))
+                                   // well placed elsewhere, as a proper pair
+                                   << Record("stray", 99, 101, 60, "100M", 301, far)
+                                   << Record("stray", 147, 301, 60, "100M", 101, hangs)
+                                   << Record("far", 99, 101, 60, "100M", 301, far)
+                                   << Record("far", 147, 301, 60, "100M", 101, far);
+    SummarizeMapping({Path("all.sam"), -1, ""}, layout_, Path("kept.bam"), Path("stray.fq"));
+    // The second read of a pair is stored turned.
+    EXPECT_EQ(ReadWhole(Path("stray.fq")),
+              "@stray\n" + ReverseComplement(hangs) + "\n+\n" + std::string(100, 'I') + "\n");
+    WriteKeptPairs(Path("kept.bam"), Path("1.fq"), Path("2.fq"));
+    EXPECT_EQ(ReadWhole(Path("1.fq")), "@nowhere\n" + std::string(100, 'A') + "\n+\n" + std::string(100, 'I') + "\n");
+    EXPECT_EQ(ReadWhole(Path("2.fq")), "@nowhere\n" + std::string(100, 'C') + "\n+\n" + std::string(100, 'I') + "\n");
 }
 
 TEST(InsertHistogram, MedianAndDeviation) {

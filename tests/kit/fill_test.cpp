@@ -11,6 +11,7 @@
 #include "kit/base/error.h"
 #include "kit/base/fasta.h"
 #include "kit/base/file.h"
+#include "tests/kit/support.h"
 
 namespace lintara::kit {
 namespace {
@@ -95,6 +96,61 @@ TEST_F(Fill, ResumeGoesOnWithTheNextRound) {
     EXPECT_NE(Text("err").find("goes on after round 1"), std::string::npos);
     EXPECT_EQ(Text("a/filled.fa"), Text("b/filled.fa"));
     EXPECT_EQ(Text("a/gaps.tsv"), Text("b/gaps.tsv"));
+}
+
+/// A gap of 700 bases, deeper than the mates reach, and one in the second copy of a repeat of 600 bases.
+TEST_F(Fill, OneRoundGoesOnWhileItGainsAndThroughARepeat) {
+    std::string repeat = test::RandomBases(600, 9);
+    std::string genome = test::RandomBases(2500, 1) + repeat + test::RandomBases(2500, 2) + repeat +
+                         test::RandomBases(2000, 3) + test::RandomBases(3000, 4);
+    test::WritePairs(genome, folder_ + "/1.fq", folder_ + "/2.fq", 100, 300, 30, 3, [](long, long) { return true; });
+    std::string scaffold = genome;
+    scaffold.replace(5800, 120, 100, 'N');  // within the repeat's second copy
+    scaffold.replace(7980, 700, 690, 'N');
+    {
+        AtomicFile file(folder_ + "/s.fa");
+        WriteFasta(file, "s", "", scaffold);
+        file.Commit();
+    }
+    ASSERT_EQ(Kit("fill -s " + folder_ + "/s.fa -1 " + folder_ + "/1.fq -2 " + folder_ + "/2.fq --rounds 1 -o " +
+                  folder_ + "/a"),
+              0)
+        << Text("err");
+    EXPECT_EQ(Upper(ReadFasta(folder_ + "/a/filled.fa")[0].sequence), genome);
+    // Each filled base has its support.
+    LineReader table(folder_ + "/a/gaps.tsv");
+    std::string line;
+    table.Next(line);
+    while (table.Next(line)) EXPECT_NE(SplitTabs(line)[13], ".") << line;
+    size_t rows = 0;
+    LineReader columns(folder_ + "/a/columns.tsv.gz");
+    while (columns.Next(line)) ++rows;
+    EXPECT_EQ(rows, 1 + 120 + 700U);
+}
+
+TEST_F(Fill, RunFileHoldsTheCommandAsItWasGiven) {
+    ASSERT_EQ(FillExample("a", "--rounds 1"), 0);
+    EXPECT_NE(
+        Text("a/run.json")
+            .find("\"command\": \"" + std::string(LINTARA_KIT_BINARY) + " fill -s " + kExample + "/scaffolds.fa -1 " +
+                  kExample + "/R1.fq.gz -2 " + kExample + "/R2.fq.gz -o " + folder_ + "/a --rounds 1\""),
+        std::string::npos);
+}
+
+TEST_F(Fill, MappedReadsAreFilledInOneRound) {
+    if (std::system("command -v samtools >/dev/null") != 0) GTEST_SKIP() << "samtools is not installed";
+    std::string scaffolds = folder_ + "/s.fa";
+    fs::copy_file(kExample + "/scaffolds.fa", scaffolds);
+    std::string map = "bwa index " + scaffolds + " 2>/dev/null && bwa mem -v 1 " + scaffolds + " " + kExample +
+                      "/R1.fq.gz " + kExample + "/R2.fq.gz 2>/dev/null | samtools sort -o " + folder_ +
+                      "/m.bam 2>/dev/null";
+    ASSERT_EQ(std::system(map.c_str()), 0);
+    ASSERT_EQ(Kit("fill -s " + scaffolds + " --bam " + folder_ + "/m.bam -o " + folder_ + "/a"), 0) << Text("err");
+    EXPECT_NE(Text("err").find("round 1: fill: "), std::string::npos);
+    EXPECT_EQ(Text("err").find("round 2"), std::string::npos);
+    // Only fills in lower case: the contigs of the example are in upper case.
+    std::string filled = ReadFasta(folder_ + "/a/filled.fa")[0].sequence;
+    EXPECT_GT(std::count_if(filled.begin(), filled.end(), [](unsigned char c) { return std::islower(c); }), 500);
 }
 
 TEST_F(Fill, FailingCoreIsToldWithItsLastWords) {

@@ -57,6 +57,21 @@ TEST(State, ContigsOf300BasesAreNotTrimmed) {
     EXPECT_EQ(state.scaffolds[0].pieces[1].trimRight, 10);
 }
 
+TEST(State, FreshEndsAreTrimmedOnce) {
+    OneRun run;
+    TrimFreshEnds(run.state);
+    run.state.scaffolds[0].pieces[1].trimRight = 0;
+    TrimFreshEnds(run.state);
+    EXPECT_EQ(run.state.scaffolds[0].pieces[1].trimLeft, 10);
+    EXPECT_EQ(run.state.scaffolds[0].pieces[1].trimRight, 10);
+}
+
+TEST(State, GainNamesItsGaps) {
+    OneRun run;
+    EXPECT_EQ(run.Round(Filled(std::string(20, 'N')), false).gained, std::vector<int>());
+    EXPECT_EQ(run.Round(Filled("GGG" + std::string(12, 'N') + "TTTTT"), false).gained, std::vector<int>{1});
+}
+
 TEST(State, FillThatRepeatsTrimmedBasesLeavesTheContigs) {
     OneRun run;
     RoundGain gain = run.Round(Filled("ACGTACGTACTTTGGTTGGTTGG"), true);
