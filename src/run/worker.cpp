@@ -4,6 +4,7 @@
 
 #include "run/settings.h"
 #include "run/streams.h"
+#include "store/load.h"
 #include "strategy/sequence.h"
 
 namespace lintara {
@@ -82,13 +83,16 @@ void* fill_gap_by_type(void* threadId_p) {
     while (TakeScaffold(scaf_id, num, turn)) {
         Scaf& scaffold = scaffolds[num];
         TreatScaffold(scaf_id, scaffold, threadId);
+        // A scaffold without gaps cannot have held the selected gap, so only the others look at the selector.
+        const bool may_end = scaffold.gapSum != 0;
+        // Scaffold ids that the contig file does not know share the first place; every other scaffold is done with.
+        if (num != 0) scaffold_delete(scaffold);
         pthread_mutex_lock(&myMutex);
         if (num == 0) {
             ++turnsFinished;
             pthread_cond_broadcast(&turnFinished);
         }
-        // A scaffold without gaps cannot have held the selected gap, so only the others look at the selector.
-        if (scaffold.gapSum != 0 && GapId == -2) {
+        if (may_end && GapId == -2) {
             pthread_mutex_unlock(&myMutex);
             break;
         }
