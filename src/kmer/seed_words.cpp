@@ -10,6 +10,15 @@ bool IsBase(char byte) {
     return byte == 'A' || byte == 'C' || byte == 'G' || byte == 'T';
 }
 
+/// Makes each word longer by the last `more` bases of the word `more` places on.
+void Join(std::uint16_t* words, int count, int more) {
+    const unsigned int shift = 2U * static_cast<unsigned int>(more);
+    const unsigned int mask = (1U << shift) - 1;
+    for (int i = 0; i < count; ++i) {
+        words[i] = static_cast<std::uint16_t>(static_cast<unsigned int>(words[i]) << shift | (words[i + more] & mask));
+    }
+}
+
 }  // namespace
 
 void NumberWords(const std::string& seq, int pattlen, std::uint16_t* words) {
@@ -17,14 +26,12 @@ void NumberWords(const std::string& seq, int pattlen, std::uint16_t* words) {
     const int count = length - pattlen + 1;
     if (count <= 0) return;
     const char* bases = seq.data();
-    // Bits 1 and 2 of the four letters differ. One simple pass a base lets the compiler take many words at once.
-    std::fill_n(words, count, std::uint16_t{0});
-    for (int k = 0; k < pattlen; ++k) {
-        for (int i = 0; i < count; ++i) {
-            const unsigned int code = static_cast<unsigned char>(bases[i + k]) >> 1 & 3U;
-            words[i] = static_cast<std::uint16_t>(words[i] << 2 | code);
-        }
-    }
+    // In simple passes, each of which the compiler turns into one over many words at once: bases, then words of two, of
+    // four and of pattlen bases. Bits 1 and 2 of the four letters differ.
+    for (int i = 0; i < length; ++i) words[i] = static_cast<unsigned char>(bases[i]) >> 1 & 3U;
+    Join(words, length - 1, 1);
+    Join(words, length - 3, 2);
+    if (pattlen > 4) Join(words, count, pattlen - 4);
     int strange = 0;
     for (int i = 0; i < length; ++i) strange += IsBase(bases[i]) ? 0 : 1;
     if (strange == 0) return;
