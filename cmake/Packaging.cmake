@@ -1,4 +1,6 @@
 # `cpack` in the build directory makes a Debian package of everything that is installed.
+install(FILES docs/tutorial.md docs/performance.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
 set(CPACK_PACKAGE_NAME lintara)
 set(CPACK_PACKAGE_VENDOR "The Lintara developers")
 set(CPACK_PACKAGE_CONTACT "The Lintara developers <lintara-devel@example.org>")
@@ -19,5 +21,9 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CPACK_PACKAGE_CONTACT}")
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# lintara-kit runs a mapper; without one it still takes mapped reads, and lintara itself needs none.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "bwa")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "minimap2")
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/DebianFiles.cmake)
 
 include(CPack)
