@@ -19,6 +19,7 @@ namespace lintara::kit {
 
 namespace {
 
+constexpr long kTellEvery = 256;       ///< records
 constexpr int kConfidentQuality = 30;  ///< of pairs that the insert size is measured on
 
 std::string BasesOf(const bam1_t& record) {
@@ -67,6 +68,7 @@ class MappingReader {
     const bam1_t& Record() const { return *record_; }
     sam_hdr_t* Header() const { return header_; }
     const std::vector<std::string>& Libraries() const { return libraries_; }
+    long Count() const { return count_; }  ///< records read
 
     int Library() const {
         if (groups_.empty()) return 0;
@@ -113,12 +115,11 @@ class MappingReader {
         if (file_ == nullptr) {
             throw Error(fmt::format("cannot read {}: {}", name_, errno != 0 ? std::strerror(errno) : "unknown format"));
         }
-        if (!input.reference.empty() && hts_get_format(file_)->format == cram) {
-            hts_set_fai_filename(file_, input.reference.c_str());
-        }
-        header_ = sam_hdr_read(file_);
-        if (header_ == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name_));
         htsExactFormat format = hts_get_format(file_)->format;
+        if (!input.reference.empty() && format == cram) hts_set_fai_filename(file_, input.reference.c_str());
+        // The library takes reads in FASTA and FASTQ too, as unmapped ones.
+        if (format != fasta_format && format != fastq_format) header_ = sam_hdr_read(file_);
+        if (header_ == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name_));
         if ((format == bam || format == cram) && hts_check_EOF(file_) == 0) {
             throw Error(fmt::format("{}: the file is cut short", name_));
         }
@@ -359,7 +360,7 @@ class ReadStore {
 }  // namespace
 
 MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout, const std::string& keptPath,
-                                const std::string& strayPath) {
+                                const std::string& strayPath, const std::function<void(long)>& tell) {
     MappingReader reader(input, layout);
     MappingSummary summary;
     summary.names = reader.Libraries();
@@ -367,6 +368,7 @@ MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout,
     std::unique_ptr<KeptPairs> kept;
     if (!keptPath.empty()) kept = std::make_unique<KeptPairs>(keptPath, strayPath, reader.Header(), layout);
     while (reader.Next()) {
+        if (tell && reader.Count() % kTellEvery == 0) tell(reader.Count());
         if (!reader.Primary()) continue;
         const bam1_core_t& core = reader.Record().core;
         ++summary.reads;
@@ -384,7 +386,7 @@ MappingSummary SummarizeMapping(const MappingInput& input, const Layout& layout,
 }
 
 void AssignMapping(const MappingInput& input, const Layout& layout, const MappingSummary& summary,
-                   std::vector<std::vector<AssignedRead>>& assigned) {
+                   std::vector<std::vector<AssignedRead>>& assigned, const std::function<void(long)>& tell) {
     assigned.resize(static_cast<size_t>(layout.gapCount) + 1);
     ReadStore store(assigned.size());
     MappingReader reader(input, layout);
@@ -401,6 +403,7 @@ void AssignMapping(const MappingInput& input, const Layout& layout, const Mappin
         for (AssignedRead& read : found) store.Add(std::move(read));
     };
     while (reader.Next()) {
+        if (tell && reader.Count() % kTellEvery == 0) tell(reader.Count());
         if (!reader.Primary()) continue;
         int library = reader.Library();
         if (!filter.Wanted(reader.Record().core, library)) continue;

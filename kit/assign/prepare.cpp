@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <htslib/hts.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -46,13 +47,19 @@ void WriteReads(const std::vector<CoreScaffold>& scaffolds, const std::vector<st
     out.Commit();
 }
 
+/// A description may hold tabs, a field of a table may not.
+std::string Field(std::string text) {
+    std::replace(text.begin(), text.end(), '\t', ' ');
+    return text;
+}
+
 void WriteNames(const std::vector<FastaRecord>& records, const std::vector<CoreScaffold>& scaffolds,
                 const std::string& path) {
     AtomicFile out(path);
     out.Write("scaffold\tname\tdescription\tgap\tstart\tend\n");
     for (const CoreScaffold& scaffold : scaffolds) {
         const FastaRecord& record = records[static_cast<size_t>(scaffold.sequence)];
-        std::string head = fmt::format("{}\t{}\t{}", scaffold.number, record.name, record.description);
+        std::string head = fmt::format("{}\t{}\t{}", scaffold.number, record.name, Field(record.description));
         if (scaffold.gaps.empty()) out.Write(head + "\t.\t.\t.\n");
         for (size_t g = 0; g < scaffold.gaps.size(); ++g) {
             out.Write(fmt::format("{}\t{}\t{}\t{}\n", head, scaffold.gaps[g], scaffold.contigs[g].end,
@@ -138,11 +145,13 @@ int RunPrepare(const PrepareOptions& options) {
     for (const std::string& bam : options.bams) {
         progress.Begin("assign " + bam);
         MappingInput input{bam, -1, reference};
-        MappingSummary summary = SummarizeMapping(input, layout, "");
-        AssignMapping(input, layout, summary, assigned);
+        auto tell = [&](long reads) { progress.At(reads); };
+        MappingSummary summary = SummarizeMapping(input, layout, "", "", tell);
+        AssignMapping(input, layout, summary, assigned, tell);
         std::string sizes;
         for (const InsertSize& size : summary.libraries) {
-            sizes += fmt::format(", insert size {:.0f} +- {:.1f}", size.median, size.deviation);
+            sizes += size.pairs == 0 ? std::string(", no proper pairs")
+                                     : fmt::format(", insert size {:.0f} +- {:.1f}", size.median, size.deviation);
         }
         progress.End(fmt::format("{} reads, {} mapped, longest {}{}", summary.reads, summary.mapped,
                                  summary.longestRead, sizes));

@@ -90,11 +90,16 @@ int Child::TakeOutFd() {
     return fd;
 }
 
-ChildEnd Child::Wait() {
+ChildEnd Child::Wait(const std::function<void()>& tick) {
     ChildEnd end;
     int status = 0;
     rusage usage{};
-    while (wait4(pid_, &status, 0, &usage) < 0 && errno == EINTR) {
+    while (true) {
+        pid_t got = wait4(pid_, &status, tick ? WNOHANG : 0, &usage);
+        if (got > 0 || (got < 0 && errno != EINTR)) break;
+        if (got < 0) continue;
+        tick();
+        usleep(100'000);
     }
     pid_ = -1;
     if (WIFSIGNALED(status)) end.signal = WTERMSIG(status);

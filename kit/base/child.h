@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,8 @@ class Child {
 
     /// Reading end of the pipe; the caller owns it once taken. -1 when the output goes to a file.
     int TakeOutFd();
-    ChildEnd Wait();
+    /// With `tick`, calls it several times a second until the child ends.
+    ChildEnd Wait(const std::function<void()>& tick = {});
 
   private:
     pid_t pid_ = -1;

@@ -4,8 +4,10 @@
 #include <htslib/bgzf.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -123,6 +125,35 @@ void AtomicFile::Commit() {
 AtomicFile::~AtomicFile() {
     Close(false);
     if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void CheckReadFiles(const std::vector<std::string>& reads1, const std::vector<std::string>& reads2) {
+    std::error_code ignored;
+    for (const std::vector<std::string>* files : {&reads1, &reads2}) {
+        for (const std::string& file : *files) {
+            LineReader test(file);
+            if (std::filesystem::is_regular_file(file, ignored)) continue;
+            throw Error(fmt::format("cannot read {}: this is no file; reads are read more than once", file));
+        }
+    }
+    for (size_t i = 0; i < std::min(reads1.size(), reads2.size()); ++i) {
+        if (!std::filesystem::equivalent(reads1[i], reads2[i], ignored)) continue;
+        throw Error(
+            fmt::format("{} and {} are the same file: the two mates of a pair are needed", reads1[i], reads2[i]));
+    }
+}
+
+long EstimateReads(const std::string& path) {
+    constexpr long kLines = 40'000;
+    std::error_code fault;
+    double size = static_cast<double>(std::filesystem::file_size(path, fault));
+    LineReader reader(path);
+    std::string line;
+    while (reader.Number() < kLines && reader.Next(line)) {
+    }
+    long reads = reader.Number() / 4;
+    if (reader.Number() < kLines || fault || reader.Offset() <= 0) return reads;
+    return static_cast<long>(static_cast<double>(reads) * size / static_cast<double>(reader.Offset()));
 }
 
 std::string ReadWhole(const std::string& path) {

@@ -23,6 +23,8 @@ class LineReader {
     bool Next(std::string& line);
     long Number() const { return number_; }  ///< number of the line last read, from 1
     const std::string& Path() const { return path_; }
+    /// Bytes of the file, compressed ones if it is, that were read so far.
+    long Offset() const { return gzoffset(file_); }
 
   private:
     bool Fill();
@@ -59,6 +61,13 @@ class AtomicFile {
     gzFile gzip_ = nullptr;
     void* bgzip_ = nullptr;
 };
+
+/// Read pairs are read anew in each round: throws Error when a file cannot be read or is no file (a pipe, a folder),
+/// and when the two mates of a library are one and the same file.
+void CheckReadFiles(const std::vector<std::string>& reads1, const std::vector<std::string>& reads2);
+
+/// Reads of a FASTQ file, judged by the bytes that its first ones take. 0: unknown.
+long EstimateReads(const std::string& path);
 
 /// Whole content of a plain file. Throws Error when it cannot be read.
 std::string ReadWhole(const std::string& path);

@@ -1,6 +1,7 @@
 #include "kit/base/progress.h"
 
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,10 @@ constexpr int kBarWidth = 30;
 }  // namespace
 
 Progress::Progress(bool quiet) : quiet_(quiet), terminal_(isatty(STDERR_FILENO) == 1) {}
+
+Progress::~Progress() {
+    if (standing_) Draw("");
+}
 
 void Progress::Begin(const std::string& stage, long total) {
     stage_ = stage;
@@ -33,9 +38,10 @@ void Progress::At(long done) {
         Draw(fmt::format("{} {}", stage_, done));
         return;
     }
-    int full = static_cast<int>(std::min(done, total_) * kBarWidth / total_);
-    Draw(fmt::format("{} [{}{}] {} of {}", stage_, std::string(full, '#'), std::string(kBarWidth - full, '.'), done,
-                     total_));
+    double share = static_cast<double>(std::clamp(done, 0L, total_)) / static_cast<double>(total_);
+    size_t full = static_cast<size_t>(share * kBarWidth);
+    Draw(fmt::format("{} [{}{}] {:.0f} %", stage_, std::string(full, '#'), std::string(kBarWidth - full, '.'),
+                     100 * share));
 }
 
 void Progress::End(const std::string& result) {
@@ -56,8 +62,13 @@ double Progress::Seconds() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
 }
 
+/// A text that does not fit one line could not be wiped away, so that its begin is left out.
 void Progress::Draw(const std::string& text) {
-    std::fputs(fmt::format("\r\033[K{}", text).c_str(), stderr);
+    winsize size{};
+    size_t columns = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 10 ? size.ws_col : 80;
+    std::string shown = text.size() < columns ? text : "..." + text.substr(text.size() - columns + 4);
+    std::fputs(fmt::format("\r\033[K{}", shown).c_str(), stderr);
+    standing_ = !text.empty();
     std::fflush(stderr);
 }
 

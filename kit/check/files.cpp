@@ -39,8 +39,13 @@ std::string Shown(char c) {
                                                             : fmt::format("byte {}", static_cast<unsigned char>(c));
 }
 
+/// Bytes that no terminal can show stand as '?'.
 std::string Cut(const std::string& text) {
-    return text.size() <= 60 ? text : text.substr(0, 57) + "...";
+    std::string cut = text.size() <= 60 ? text : text.substr(0, 57) + "...";
+    for (char& c : cut) {
+        if (c != '\t' && std::iscntrl(static_cast<unsigned char>(c)) != 0) c = '?';
+    }
+    return cut;
 }
 
 struct ContigHeader {
@@ -226,7 +231,11 @@ std::string CheckGaps(const std::string& path, const FaultSink& fault, const Con
     long unused = 0;
     size_t longest = 0;
     std::string line;
-    while (in.Next(line)) {
+    std::string read;
+    bool ahead = false;  // `read` is the header of the next read
+    while (ahead || in.Next(line)) {
+        if (ahead) line.swap(read);
+        ahead = false;
         long header = in.Number();
         if (line.empty() || line[0] != '>') {
             fault(header, fmt::format("a read's header begins with '>': '{}'", Cut(line)));
@@ -238,19 +247,19 @@ std::string CheckGaps(const std::string& path, const FaultSink& fault, const Con
             if (stop > from) field.push_back(line.substr(from, stop - from));
             from = stop + 1;
         }
-        std::string read;
         bool any = in.Next(read);
         if (!any || read.empty() || read[0] == '>') {
             fault(header, fmt::format("header without a read behind it: '{}'", Cut(line)));
             if (!any) break;
+            ahead = !read.empty();
         }
         ++reads;
         size_t odd = OddLetter(read);
-        if (odd != std::string::npos && read[0] != '>') {
+        if (odd != std::string::npos && !ahead) {
             fault(header + 1, fmt::format("no base in column {}: {}", odd + 1, Shown(read[odd])));
         }
-        if (read.find_first_not_of("ACGT") != std::string::npos) ++unused;
-        longest = std::max(longest, read.size());
+        if (!ahead && read.find_first_not_of("ACGT") != std::string::npos) ++unused;
+        if (!ahead) longest = std::max(longest, read.size());
         static const char* const kNames[] = {"gap id", "gap length", "position", "scaffold number", "contig index"};
         int value[5] = {};
         bool good = field.size() >= 5;

@@ -178,7 +178,8 @@ void ReadCoreResults(const std::string& output, int threads, long readLength, co
 }
 
 CoreRun RunCore(const std::string& core, const std::string& folder, long readLength, int threads, const Layout& layout,
-                const std::vector<CoreScaffold>& scaffolds, const std::vector<std::vector<AssignedRead>>& assigned) {
+                const std::vector<CoreScaffold>& scaffolds, const std::vector<std::vector<AssignedRead>>& assigned,
+                const std::function<void()>& tick) {
     CoreRun run;
     std::string output = folder + "/core";
     std::error_code fault;
@@ -197,7 +198,7 @@ CoreRun RunCore(const std::string& core, const std::string& folder, long readLen
                    "-o",
                    output};
     Child child(run.command, output + "/gaps.fa", output + "/messages.txt");
-    run.end = child.Wait();
+    run.end = child.Wait(tick);
     run.nothingFilled = run.end.signal == SIGFPE;
     if (!run.end.Good() && !run.nothingFilled) {
         run.fault = EndWords(core, run.end);

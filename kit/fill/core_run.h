@@ -2,6 +2,7 @@
 // is held against the filled scaffolds that it wrote; a scaffold that does not agree is left as it was.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,10 @@ struct CoreRun {
     std::vector<std::string> command;
 };
 
-/// Runs `core` on folder/contig.fa and folder/gap.fa.gz; its outputs go to folder/core.
+/// Runs `core` on folder/contig.fa and folder/gap.fa.gz; its outputs go to folder/core. `tick` is called while it runs.
 CoreRun RunCore(const std::string& core, const std::string& folder, long readLength, int threads, const Layout& layout,
-                const std::vector<CoreScaffold>& scaffolds, const std::vector<std::vector<AssignedRead>>& assigned);
+                const std::vector<CoreScaffold>& scaffolds, const std::vector<std::vector<AssignedRead>>& assigned,
+                const std::function<void()>& tick = {});
 
 /// Reads the outputs below `output` (gap records in output/gaps.fa).
 void ReadCoreResults(const std::string& output, int threads, long readLength, const Layout& layout,

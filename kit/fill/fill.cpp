@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -93,15 +94,20 @@ class Filler {
             throw Error(
                 fmt::format("-1 was given {} times and -2 {} times", options_.reads1.size(), options_.reads2.size()));
         }
-        for (const std::vector<std::string>* files : {&options_.reads1, &options_.reads2, &options_.bams}) {
-            for (const std::string& file : *files) LineReader test(file);
-        }
+        CheckReadFiles(options_.reads1, options_.reads2);
+        // A mapping is read twice too.
+        CheckReadFiles(options_.bams, {});
         core_ = FindProgram(options_.core);
-        if (core_.empty()) throw Error("the program " + options_.core + " was not found");
+        if (core_.empty()) throw Error(NotFound(options_.core, "; --core takes its path"));
         if (!options_.bams.empty()) return;
         std::string program = FindProgram(options_.mapper);
-        if (program.empty()) throw Error("the program " + options_.mapper + " was not found");
+        if (program.empty()) throw Error(NotFound(options_.mapper, "; the mapper must be installed"));
         mapper_ = Mapper(options_.mapper, program, options_.threads);
+    }
+
+    static std::string NotFound(const std::string& program, const std::string& hint) {
+        bool path = program.find('/') != std::string::npos;
+        return "the program " + program + " was not found" + (path ? "" : " beside lintara-kit or in PATH" + hint);
     }
 
     /// Makes OUT, or takes up the state of an earlier run. False: the run is complete already.
@@ -123,6 +129,7 @@ class Filler {
                 progress_.End(options_.out + " is complete");
                 return false;
             }
+            CheckWorkIsOwn();
             for (const char* name : kOutputs) fs::remove(options_.out + "/" + name, fault);
             fs::remove_all(work_, fault);
         }
@@ -130,6 +137,17 @@ class Filler {
         if (fault) throw Error(fmt::format("cannot make the folder {}: {}", work_, fault.message()));
         state_ = StartState(records_, options_.minGap);
         return true;
+    }
+
+    /// The working folder goes with all that is in it, so that nothing of the user's may be there.
+    void CheckWorkIsOwn() const {
+        std::error_code none;
+        for (const fs::directory_entry& entry : fs::directory_iterator(work_, none)) {
+            std::string name = entry.path().filename().string();
+            if (name.starts_with("round") || name.starts_with("state.json") || name.starts_with("version.")) continue;
+            throw Error(fmt::format("{} is not of lintara-kit and would be removed: move {} away or give another OUT",
+                                    entry.path().string(), work_));
+        }
     }
 
     void LoadState(const std::string& path) {
@@ -200,9 +218,9 @@ class Filler {
             AssignBams(stage, layout, assigned, libraries, longest);
         }
 
-        progress_.Begin(stage + ": fill");
+        progress_.Begin(stage + ": fill", BasesOf(layout));
         double before = OwnCpu();
-        CoreRun run = Fill(folder_, layout, assigned, longest);
+        CoreRun run = Fill(folder_, layout, assigned, longest, [&] { ShowFilling(layout); });
         for (const std::string& warning : run.warnings) progress_.Warn(warning);
         RoundGain gain = ApplyResults(next, records_, places, run.results, round);
         next.round = round;
@@ -234,14 +252,34 @@ class Filler {
 
     /// Thins the reads, writes the core program's input below `folder` and runs it.
     CoreRun Fill(const std::string& folder, const Layout& layout, std::vector<std::vector<AssignedRead>>& assigned,
-                 long longest) {
+                 long longest, const std::function<void()>& tick = {}) {
         for (std::vector<AssignedRead>& reads : assigned) OrderAndThin(reads);
         std::vector<CoreScaffold> scaffolds = CoreScaffolds(layout, false);
         WriteCoreInput(layout, scaffolds, assigned, folder);
-        CoreRun run = RunCore(core_, folder, std::max(longest, 1L), options_.threads, layout, scaffolds, assigned);
+        CoreRun run = RunCore(core_, folder, std::max(longest, 1L), options_.threads, layout, scaffolds, assigned,
+                              progress_.Shown() ? tick : std::function<void()>());
         commands_.push_back(CommandLine(run.command));
         if (!run.fault.empty()) throw Error(run.fault);
         return run;
+    }
+
+    static long BasesOf(const Layout& layout) {
+        long bases = 0;
+        for (const Sequence& sequence : layout.sequences) {
+            if (!sequence.gaps.empty()) bases += static_cast<long>(sequence.text.size());
+        }
+        return bases;
+    }
+
+    /// How far the core program is: what it has written of the scaffolds.
+    void ShowFilling(const Layout& layout) {
+        long written = 0;
+        std::error_code fault;
+        for (int t = 1; t <= options_.threads; ++t) {
+            auto size = fs::file_size(fmt::format("{}/core/FilledScaf/seq.thread{}", folder_, t), fault);
+            if (!fault) written += static_cast<long>(size);
+        }
+        progress_.At(std::min(written, BasesOf(layout)));
     }
 
     /// Goes on with the reads that this round has kept, at the gaps that are still open, as long as they gain. A gap
@@ -249,7 +287,7 @@ class Filler {
     void LookCloser(const std::string& stage, int round, State& state, RoundGain& gain, long longest) {
         std::vector<PiecePlace> places;
         if (LayoutOf(state, records_, places).gapCount == 0) return;
-        progress_.Begin(stage + ": look closer");
+        progress_.Begin(stage + ": look closer", kMostLooks);
         for (size_t l = 0; l < libraries_.size(); ++l) {
             double before = OwnCpu();
             WriteKeptPairs(KeptPath(l), folder_ + fmt::format("/pool{}_1.fq", l + 1),
@@ -260,6 +298,7 @@ class Filler {
         std::map<int, int> vain;  // original gap to looks without a gain since its last one
         int looks = 0;
         for (; looks < kMostLooks; ++looks) {
+            progress_.At(looks);
             TrimFreshEnds(state);
             Layout layout = LayoutOf(state, records_, places);
             std::set<int> gaps;
@@ -420,13 +459,21 @@ class Filler {
             progress_.Begin(stage + ": assign " + bam);
             double before = OwnCpu();
             MappingInput input{bam, -1, reference};
-            MappingSummary summary = SummarizeMapping(input, layout, "");
-            AssignMapping(input, layout, summary, assigned);
+            auto tell = [&](long reads) { progress_.At(reads); };
+            MappingSummary summary = SummarizeMapping(input, layout, "", "", tell);
+            AssignMapping(input, layout, summary, assigned, tell);
             longest = std::max(longest, summary.longestRead);
             AddLibraries(summary, bam, libraries);
             Note("assign", 0, before);
             progress_.End(SummaryWords(summary));
+            WarnOfLibrary(bam, summary);
         }
+    }
+
+    /// What is no fault and yet hardly meant so.
+    void WarnOfLibrary(const std::string& name, const MappingSummary& summary) {
+        for (const std::string& warning : mapper_.TakeWarnings()) progress_.Warn(name + ": " + warning);
+        if (summary.mapped == 0) progress_.Warn(name + ": no read maps to the scaffolds");
     }
 
     void MapAndAssign(const std::string& stage, const Layout& layout, std::vector<std::vector<AssignedRead>>& assigned,
@@ -440,18 +487,26 @@ class Filler {
             Note("map", cpu, before);
             progress_.End("done");
         }
+        std::vector<long> known;
+        for (const MappingSummary& library : libraries_) known.push_back(library.reads);
         libraries_.clear();
+        auto tell = [&](long reads) { progress_.At(reads); };
         for (size_t l = 0; l < options_.reads1.size(); ++l) {
-            progress_.Begin(fmt::format("{}: map {}", stage, options_.reads1[l]));
+            // Later rounds know how many reads there are.
+            long reads = !progress_.Shown() ? 0 : l < known.size() ? known[l] : 2 * EstimateReads(options_.reads1[l]);
+            progress_.Begin(fmt::format("{}: map {}", stage, options_.reads1[l]), reads);
             double before = OwnCpu();
             MappingSummary summary;
-            double cpu = mapper_.Map(reference, {options_.reads1[l], options_.reads2[l]}, {},
-                                     fmt::format("{}/map{}.txt", folder_, l + 1), [&](int fd) {
-                                         summary = SummarizeMapping({"", fd, ""}, layout, KeptPath(l), StrayPath(l));
-                                     });
+            mapper_.TakeWarnings();
+            double cpu =
+                mapper_.Map(reference, {options_.reads1[l], options_.reads2[l]}, {},
+                            fmt::format("{}/map{}.txt", folder_, l + 1), [&](int fd) {
+                                summary = SummarizeMapping({"", fd, ""}, layout, KeptPath(l), StrayPath(l), tell);
+                            });
             Note("map", cpu, before);
             TakeCommands();
             progress_.End(SummaryWords(summary));
+            WarnOfLibrary(options_.reads1[l], summary);
             progress_.Begin(stage + ": assign");
             before = OwnCpu();
             size_t had = CountReads(assigned);

@@ -57,7 +57,22 @@ double Mapper::Map(const std::string& reference, const std::vector<std::string>&
     // When our side broke off, the mapper's end is its consequence, unless it had a fault of its own.
     if (broken.empty() || (end.signal != SIGPIPE && !end.Good())) ThrowIfBad(program_, end, messages);
     if (!broken.empty()) throw Error(broken);
+    NoteWarnings(messages);
     return end.cpu;
+}
+
+void Mapper::NoteWarnings(const std::string& messages) {
+    LineReader reader(messages);
+    for (std::string line; reader.Next(line);) {
+        bool warns = line.starts_with("[W::") || line.starts_with("[WARNING]");
+        if (warns && std::find(warnings_.begin(), warnings_.end(), line) == warnings_.end()) warnings_.push_back(line);
+    }
+}
+
+std::vector<std::string> Mapper::TakeWarnings() {
+    std::vector<std::string> warnings;
+    warnings.swap(warnings_);
+    return warnings;
 }
 
 std::string Mapper::Version(const std::string& folder) const {

@@ -29,14 +29,18 @@ class Mapper {
     std::string Version(const std::string& folder) const;
     /// Commands since the last call.
     std::vector<std::string> TakeCommands();
+    /// Warnings of the mapper since the last call, each once.
+    std::vector<std::string> TakeWarnings();
 
   private:
+    void NoteWarnings(const std::string& messages);
     bool IsBwa() const { return kind_ == "bwa"; }
 
     std::string kind_;
     std::string program_;
     int threads_ = 1;
     std::vector<std::string> commands_;
+    std::vector<std::string> warnings_;
 };
 
 }  // namespace lintara::kit

@@ -48,6 +48,28 @@ function head() {
   }
 }
 
+/* Makes the headers of a small table sort its rows: by number where the cells hold one in data-v, else by their text. */
+function sortable(table) {
+  const body = table.querySelector("tbody"), heads = [...table.querySelectorAll("thead th")];
+  const value = (row, i) => { const c = row.children[i]; return c.dataset.v === undefined ? c.textContent : +c.dataset.v; };
+  heads.forEach((th, i) => {
+    if (!th.textContent || th.querySelector(".hide")) return;
+    const button = el("button", {type: "button"}, th.textContent);
+    th.textContent = "";
+    th.append(button);
+    button.addEventListener("click", () => {
+      const down = th.getAttribute("aria-sort") === "ascending";
+      for (const other of heads) other.removeAttribute("aria-sort");
+      th.setAttribute("aria-sort", down ? "descending" : "ascending");
+      const list = [...body.children].sort((a, b) => {
+        const u = value(a, i), v = value(b, i);
+        return (down ? -1 : 1) * (typeof u === "number" ? u - v : u.localeCompare(v, "en", {numeric: true}));
+      });
+      body.append(...list);
+    });
+  });
+}
+
 function sizes() {
   for (const o of OUTCOMES) $("legend").append(el("li", null, dot(o), o));
   const body = el("tbody");
@@ -60,13 +82,16 @@ function sizes() {
       const n = here.filter(g => g.outcome === o).length;
       if (n) bar.append(el("span", {class: o, style: `flex: ${n} 1 0`, title: n + " " + o}, el("b", null, num(n))));
     }
-    body.append(el("tr", null, el("th", {scope: "row"}, name), el("td", {class: "n"}, num(here.length)),
-      el("td", {class: "wide"}, bar), el("td", {class: "n p2"}, num(sum(here, g => Math.max(0, g.filled)))),
-      el("td", {class: "n p2"}, num(sum(here, g => g.open)))));
+    const done = here.filter(g => g.outcome === "closed" || g.outcome === "merged").length / here.length;
+    const filled = sum(here, g => Math.max(0, g.filled)), left = sum(here, g => g.open);
+    body.append(el("tr", null, el("th", {scope: "row", "data-v": from}, name),
+      el("td", {class: "n", "data-v": here.length}, num(here.length)), el("td", {class: "wide", "data-v": done}, bar),
+      el("td", {class: "n p2", "data-v": filled}, num(filled)), el("td", {class: "n p2", "data-v": left}, num(left))));
   }
   $("sizes").append(el("thead", null, el("tr", null, el("th", {scope: "col"}, "Stated length"),
     el("th", {scope: "col", class: "n"}, "Gaps"), el("th", {scope: "col"}, "Outcome"),
     el("th", {scope: "col", class: "n p2"}, "Bases filled"), el("th", {scope: "col", class: "n p2"}, "N left"))), body);
+  sortable($("sizes"));
 }
 
 function rounds() {
@@ -85,10 +110,12 @@ function rounds() {
     el("th", {scope: "col", class: "n"}, "Closed or merged"), el("th", {scope: "col", class: "n"}, "Extended"),
     el("th", {scope: "col", class: "n"}, "Bases"), el("th", {scope: "col", style: "width: 30%"},
       el("span", {class: "hide"}, "Bases, drawn")))),
-    el("tbody", null, rows.map(x => el("tr", null, el("th", {scope: "row"}, num(x.r)),
-      el("td", {class: "n"}, num(x.done)), el("td", {class: "n"}, num(x.part)), el("td", {class: "n"}, num(x.bases)),
+    el("tbody", null, rows.map(x => el("tr", null, el("th", {scope: "row", "data-v": x.r}, num(x.r)),
+      el("td", {class: "n", "data-v": x.done}, num(x.done)), el("td", {class: "n", "data-v": x.part}, num(x.part)),
+      el("td", {class: "n", "data-v": x.bases}, num(x.bases)),
       el("td", null, x.bases ? el("span", {class: "gain", "aria-hidden": "true",
         style: `width: ${100 * x.bases / most}%`}) : null)))));
+  sortable($("rounds"));
 }
 
 /* Both axes logarithmic; sizes of 0 and less share the lowest line. */
@@ -284,7 +311,8 @@ function plot(g) {
   const bases = n * c.step;
   const tick = [10, 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000].find(u => bases / u <= width / 90) || 20000;
   for (let b = tick; b < c.length; b += tick)
-    svg.append(el("text", {x: x(b / c.step), y: height - B + 18, "text-anchor": "middle"}, num(b)),
+    svg.append(el("text", {x: x(b / c.step), y: height - B + 18,
+      "text-anchor": x(b / c.step) > width - R - 24 ? "end" : "middle"}, num(b)),
       el("path", {class: "axis", d: `M${x(b / c.step)} ${height - B}v4`}));
   svg.append(el("text", {x: L, y: height - B + 18, "text-anchor": "middle"}, "1"),
     el("text", {x: width - R, y: height - 5, "text-anchor": "end"}, "base of the fill"));

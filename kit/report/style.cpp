@@ -130,6 +130,7 @@ footer { margin-top: 4rem; padding-top: 1rem; padding-bottom: 3rem; color: var(-
   header { padding-top: 2rem; } section { margin-top: 2.75rem; }
   .key { grid-template-columns: repeat(2, minmax(0, 1fr)); gap: 1rem 1.25rem; }
   .key dd { font-size: 1.6rem; } .p2 { display: none; } .wide { width: 50%; }
+  #table td.name { min-width: 3.5rem; } #table tr.row td { font-size: .9375rem; } #table thead button::after { width: .6em; } .tools label { width: 100%; }
   th, td { padding-right: .5rem; } .tools input { width: 100%; }
   .run { grid-template-columns: minmax(0, 1fr); gap: 0; } .run dd { margin-bottom: .75rem; }
   #table .pick { min-height: 2rem; } .chips button { min-height: 2.5rem; }

@@ -16,6 +16,7 @@
 namespace lintara::kit {
 namespace {
 
+constexpr long kTellEvery = 256;  // records
 constexpr int64_t kAnchor = 10;   // bases of a read on either side of a step that it bridges
 constexpr int64_t kNearSeam = 5;  // a clip this close to a seam is counted
 constexpr int64_t kLongestPair = 20'000;
@@ -120,12 +121,12 @@ void Open(Alignments& in, const std::string& path, int descriptor, const std::st
     if (in.file == nullptr) {
         throw Error(fmt::format("cannot read {}: {}", name, errno != 0 ? std::strerror(errno) : "unknown format"));
     }
-    if (!reference.empty() && hts_get_format(in.file)->format == cram) {
-        hts_set_fai_filename(in.file, reference.c_str());
-    }
-    in.header = sam_hdr_read(in.file);
+    htsExactFormat format = hts_get_format(in.file)->format;
+    if (!reference.empty() && format == cram) hts_set_fai_filename(in.file, reference.c_str());
+    // The library takes reads in FASTA and FASTQ too, as unmapped ones.
+    if (format != fasta_format && format != fastq_format) in.header = sam_hdr_read(in.file);
     if (in.header == nullptr) throw Error(fmt::format("{}: this is no SAM, BAM or CRAM file", name));
-    bool marked = hts_get_format(in.file)->format == bam || hts_get_format(in.file)->format == cram;
+    bool marked = format == bam || format == cram;
     if (marked && !path.empty() && hts_check_EOF(in.file) == 0) {
         throw Error(fmt::format("{}: the file is cut short", name));
     }
@@ -229,7 +230,8 @@ Evidence::Evidence(const std::vector<FastaRecord>& scaffolds, std::vector<Stretc
 
 Evidence::~Evidence() = default;
 
-void Evidence::Take(const std::string& path, int descriptor, const std::string& reference, bool numbered) {
+void Evidence::Take(const std::string& path, int descriptor, const std::string& reference, bool numbered,
+                    const std::function<void(long)>& tell) {
     Alignments in;
     Open(in, path, descriptor, reference);
     const std::string name = path.empty() ? "the mapper's output" : path;
@@ -237,7 +239,9 @@ void Evidence::Take(const std::string& path, int descriptor, const std::string& 
     std::vector<int> lengths(static_cast<size_t>(kLongestPair) + 1);
     constexpr int kSkipped = BAM_FUNMAP | BAM_FSECONDARY | BAM_FSUPPLEMENTARY | BAM_FQCFAIL | BAM_FDUP;
     int got = 0;
+    long count = 0;
     while ((got = sam_read1(in.file, in.header, in.record)) >= 0) {
+        if (tell && ++count % kTellEvery == 0) tell(count);
         if ((in.record->core.flag & kSkipped) != 0 || in.record->core.tid < 0) continue;
         int scaffold = targets[static_cast<size_t>(in.record->core.tid)];
         state_->Place(in.record, scaffold);

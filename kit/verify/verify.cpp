@@ -78,9 +78,7 @@ std::vector<std::string> MapperCommand(const VerifyOptions& options, const std::
 
 void MapBack(const VerifyOptions& options, const std::vector<FastaRecord>& scaffolds, Evidence& evidence,
              Progress& progress) {
-    for (const auto* files : {&options.reads1, &options.reads2}) {
-        for (const std::string& file : *files) LineReader{file};
-    }
+    CheckReadFiles(options.reads1, options.reads2);
     Workspace work(options.output.empty() ? options.scaffolds : options.output);
     std::string reference = work.File("scaffolds.fa");
     WriteReference(reference, scaffolds);
@@ -90,11 +88,12 @@ void MapBack(const VerifyOptions& options, const std::vector<FastaRecord>& scaff
         Demand("bwa index", index.Wait(), log);
     }
     for (size_t library = 0; library < options.reads1.size(); ++library) {
-        progress.Begin(fmt::format("map back {}", options.reads1[library]));
+        long reads = progress.Shown() ? 2 * EstimateReads(options.reads1[library]) : 0;
+        progress.Begin(fmt::format("map back {}", options.reads1[library]), reads);
         Child mapper(MapperCommand(options, reference, library), "", log);
         std::optional<Error> fault;
         try {
-            evidence.Take("", mapper.TakeOutFd(), "", true);
+            evidence.Take("", mapper.TakeOutFd(), "", true, [&](long done) { progress.At(done); });
         } catch (const Error& error) {
             fault = error;
         }
@@ -197,7 +196,7 @@ int RunVerify(const VerifyOptions& options) {
         MapBack(options, scaffolds, evidence, progress);
     } else {
         progress.Begin("read " + options.bam);
-        evidence.Take(options.bam, -1, options.scaffolds, false);
+        evidence.Take(options.bam, -1, options.scaffolds, false, [&](long done) { progress.At(done); });
         progress.End("done");
     }
     stretches = evidence.Finish();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -67,7 +68,9 @@ class Evidence {
     /// Takes in a whole SAM, BAM or CRAM file, in any order, as one library. With an empty `path` SAM is read from the
     /// descriptor, which is closed. `reference` is needed for CRAM only. With `numbered` the targets are the indices of
     /// the scaffolds, otherwise their names.
-    void Take(const std::string& path, int descriptor, const std::string& reference, bool numbered);
+    /// `tell` hears now and then how many records were read.
+    void Take(const std::string& path, int descriptor, const std::string& reference, bool numbered,
+              const std::function<void(long)>& tell = {});
     /// Least and mean figures, and the doubts.
     std::vector<Stretch> Finish();
 

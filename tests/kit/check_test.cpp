@@ -149,6 +149,14 @@ TEST_F(Check, GapFaults) {
               "g.fa:16: header without a read behind it: '>4\t9\t0\t1\t5'\n");
 }
 
+TEST_F(Check, HeaderInThePlaceOfAReadIsReadAsAHeader) {
+    EXPECT_EQ(Run("g.fa", ">1\t57\t0\t1\t0\n>2\t9\tx\t1\t1\nAC\n>3\t9\t0\t1\t2\nA*\x01\n>4\x02 9 0 1\n"),
+              "1\ng.fa:1: header without a read behind it: '>1\t57\t0\t1\t0'\n"
+              "g.fa:2: position is not a number: 'x'\n"
+              "g.fa:5: no base in column 2: '*'\n"
+              "g.fa:6: header without a read behind it: '>4? 9 0 1'\n");
+}
+
 TEST_F(Check, GapsAreHeldAgainstTheContigsInAnyOrder) {
     std::string gaps = Put("g.fa", ">1\t58\t-4\t1\t0\nACGT\n>2\t9\t0\t1\t1\nAC\n>3\t9\t0\t7\t0\nAC\n");
     std::string expected =

@@ -241,6 +241,27 @@ TEST_F(EndToEnd, WithoutATerminalEachStageIsALine) {
         << lines.back();
 }
 
+TEST_F(EndToEnd, OnATerminalStagesHaveABar) {
+    if (!Installed("script")) GTEST_SKIP() << "script is not installed";
+    std::string words = std::string(LINTARA_KIT_BINARY) + " " + FillWords("a", "--rounds 1");
+    ASSERT_EQ(Shell("script -qec '" + words + "' /dev/null >" + Path("out")), 0) << Get("out");
+    std::string shown = Get("out");
+    for (const char* stage : {"map ", "fill", "look closer"}) {
+        size_t at = shown.find(std::string("round 1: ") + stage);
+        EXPECT_NE(at, std::string::npos) << stage;
+    }
+    EXPECT_NE(shown.find("1.fq ["), std::string::npos) << shown;
+    EXPECT_NE(shown.find("look closer [##............................] 8 %"), std::string::npos) << shown;
+}
+
+TEST_F(EndToEnd, UnevenReadsAndReadsOfOtherGenomesAreWarnedOf) {
+    Put("2.fq", "");
+    ASSERT_EQ(Fill("a"), 0) << Err();
+    std::string warning = "lintara-kit: warning: " + Path("1.fq") + ": ";
+    EXPECT_NE(Err().find(warning + "[W::bseq_read] the 2nd file has fewer sequences."), std::string::npos) << Err();
+    EXPECT_NE(Err().find(warning + "no read maps to the scaffolds\n"), std::string::npos) << Err();
+}
+
 TEST_F(EndToEnd, ExistingFolderNeedsAWord) {
     ASSERT_EQ(Fill("a", "--quiet"), 0);
     std::string before = Get("a/run.json");
@@ -254,6 +275,18 @@ TEST_F(EndToEnd, ExistingFolderNeedsAWord) {
     ASSERT_EQ(Fill("a", "--force --rounds 1"), 0) << Err();
     EXPECT_NE(Get("a/run.json"), before);
     EXPECT_EQ(Get("a/mine.txt"), "mine");
+}
+
+TEST_F(EndToEnd, AFolderNamedWorkOfTheUsersIsNotRemoved) {
+    std::filesystem::create_directories(Path("a/work"));
+    Put("a/work/mine.txt", "mine");
+    for (const char* word : {"--force", "--resume"}) {
+        EXPECT_EQ(Fill("a", word), 1);
+        EXPECT_EQ(Err(), "lintara-kit: " + Path("a/work/mine.txt") +
+                             " is not of lintara-kit and would be removed: move " + Path("a/work") +
+                             " away or give another OUT\n");
+        EXPECT_EQ(Get("a/work/mine.txt"), "mine");
+    }
 }
 
 TEST_F(EndToEnd, ResumeNeedsTheSameScaffolds) {
@@ -280,6 +313,12 @@ TEST_F(EndToEnd, OptionsThatContradictAreTold) {
     expect(" -1 " + Path("1.fq") + " -2 " + Path("no.fq"),
            "cannot read " + Path("no.fq") + ": No such file or directory");
     expect(reads + " --core " + Path("core"), "the program " + Path("core") + " was not found");
+    expect(reads + " --core no-such-core",
+           "the program no-such-core was not found beside lintara-kit or in PATH; --core takes its path");
+    expect(" -1 " + Path("1.fq") + " -2 " + Path("./1.fq"),
+           Path("1.fq") + " and " + Path("./1.fq") + " are the same file: the two mates of a pair are needed");
+    expect(" -1 " + Path("1.fq") + " -2 " + folder_,
+           "cannot read " + folder_ + ": this is no file; reads are read more than once");
     EXPECT_NE(Kit(words + reads + " --mapper other"), 0);
     EXPECT_NE(Kit(words + reads + " -t 0"), 0);
     EXPECT_FALSE(Exists("a"));

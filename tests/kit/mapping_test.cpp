@@ -574,6 +574,8 @@ TEST_F(Mapping, FaultsOfAFileAreTold) {
         return "";
     };
     EXPECT_EQ(words("empty.sam", ""), Path("empty.sam") + ": this is no SAM, BAM or CRAM file");
+    EXPECT_EQ(words("reads.fq", "@r\nACGT\n+\nIIII\n"), Path("reads.fq") + ": this is no SAM, BAM or CRAM file");
+    EXPECT_EQ(words("reads.fa", ">r\nACGT\n"), Path("reads.fa") + ": this is no SAM, BAM or CRAM file");
     EXPECT_EQ(words("other.sam", "@SQ\tSN:x\tLN:6100\n"),
               Path("other.sam") + ": the reads are mapped to \"x\", which is no scaffold");
     EXPECT_EQ(words("longer.sam", "@SQ\tSN:s\tLN:6101\n"),

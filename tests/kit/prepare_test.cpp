@@ -197,6 +197,14 @@ TEST_F(Prepare, NamesOfTenThousandCharactersAreKept) {
     EXPECT_EQ(Lines("p/gap.fa.gz"), (std::vector<std::string>{">1\t1\t-4\t1\t0", "ACGTA"}));
 }
 
+TEST_F(Prepare, TabsInADescriptionDoNotShiftTheTable) {
+    Put("scaffolds.fa", ">s\tone\ttwo\nACGTNACGT\n");
+    Put("empty.sam", "@SQ\tSN:s\tLN:9\n");
+    ASSERT_EQ(Run("empty.sam"), 0) << Err();
+    EXPECT_EQ(Lines("p/names.tsv").at(1), "1\ts\tone two\t1\t4\t5");
+    EXPECT_NE(Err().find("0 reads, 0 mapped, longest 0, no proper pairs"), std::string::npos) << Err();
+}
+
 TEST_F(Prepare, ScaffoldsOfOneNameCannotBeToldApartInAMapping) {
     Put("scaffolds.fa", ">s\nACGTNACGT\n>s\nACGTACGTA\n>t\nACGT\n");
     Put("twice.sam", "@SQ\tSN:s\tLN:9\n@SQ\tSN:s\tLN:9\n@SQ\tSN:t\tLN:4\n");

@@ -275,6 +275,21 @@ TEST_F(ReportPage, HeadersSortBothWays) {
                     "3 1 5 2 4", "5 1 3 2 4", "1"}));
 }
 
+TEST_F(ReportPage, SmallTablesSortToo) {
+    EXPECT_EQ(Click(R"js(
+        const first = table => all(`#${table} tbody tr`).map(r => r.children[0].textContent).join(" / ");
+        const heads = table => all(`#${table} thead button`);
+        tell(heads("sizes").length); tell(heads("rounds").length);
+        heads("sizes")[3].click(); tell(first("sizes"));
+        heads("sizes")[0].click(); tell(first("sizes"));
+        heads("sizes")[0].click(); tell(first("sizes"));
+        heads("rounds")[0].click(); heads("rounds")[0].click(); tell(first("rounds"));
+        tell(all("#sizes [aria-sort]").length);)js"),
+              (Told{"5", "4", "1 (may touch) / 1,500 and more / 2 to 50 / 501 to 1,499 / 151 to 500",
+                    "1 (may touch) / 2 to 50 / 151 to 500 / 501 to 1,499 / 1,500 and more",
+                    "1,500 and more / 501 to 1,499 / 151 to 500 / 2 to 50 / 1 (may touch)", "2 / 1", "1"}));
+}
+
 TEST_F(ReportPage, ChipsAndSearchNarrowTheTable) {
     EXPECT_EQ(Click(R"js(
         one("[data-outcome=closed]").click(); tell(order());

@@ -281,6 +281,14 @@ TEST_F(Verify, MappingToOtherScaffoldsIsAFault) {
               root_ + "/reads.sam: mapped to other scaffolds: 's' of 401 bases is not among them");
 }
 
+TEST_F(Verify, ReadsAreNoMapping) {
+    std::vector<FastaRecord> scaffolds(1);
+    scaffolds[0] = {"s", "", "ACGTACGT", 1};
+    std::string reads = Put("reads.fq", "@r\nACGT\n+\nIIII\n");
+    Evidence evidence(scaffolds, {});
+    EXPECT_EQ(Fault([&] { evidence.Take(reads, -1, "", false); }), reads + ": this is no SAM, BAM or CRAM file");
+}
+
 TEST_F(Verify, BedLinesAreHeldAgainstTheScaffolds) {
     std::vector<FastaRecord> scaffolds(1);
     scaffolds[0].name = "s";
