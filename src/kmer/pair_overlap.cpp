@@ -316,15 +316,17 @@ bool TablesTake(const std::vector<Read>& reads, int start, int end, int method, 
     return longest <= LONGEST_TABLED_READ;
 }
 
-/// Whether no inner read is longer than an edge of the block.
-bool EdgesAreLongest(const std::vector<Read>& reads, int start, int end) {
+/// Whether no inner read is longer than an edge of the block, and the after edge not longer than the before edge: what
+/// is longer than an edge may be cut there, the other edge included, before anything is held against it.
+bool NothingIsCut(const std::vector<Read>& reads, int start, int end) {
     const int num = static_cast<int>(reads.size());
     std::size_t longest = 0;
     for (int i = start; i < end; ++i) longest = std::max(longest, reads[i].seq.size());
-    const auto is_right = [&](const std::string& edge) {
-        return edge.size() >= longest && edge.size() <= LONGEST_EDGE;
-    };
-    return (start == 0 || is_right(reads.front().seq)) && (end == num || is_right(reads.back().seq));
+    const std::size_t before = reads.front().seq.size();
+    const std::size_t after = reads.back().seq.size();
+    if (start > 0 && (before < longest || before > LONGEST_EDGE)) return false;
+    if (end < num && (after < longest || after > LONGEST_EDGE)) return false;
+    return start == 0 || end == num || before >= after;
 }
 
 }  // namespace
@@ -338,7 +340,7 @@ bool OverlapBlock(std::uint8_t** matrix, const std::vector<Read>& reads, const P
     if (marks.num != num || start >= end || !TablesTake(reads, start, end, method, plan)) return false;
     EdgeOverlaps none;
     if (edges != nullptr) {
-        if (!EdgesAreLongest(reads, start, end)) return false;
+        if (!NothingIsCut(reads, start, end)) return false;
         if (start > 0) edges->with_before.assign(reads.size(), 0);
         if (end < num) edges->with_after.assign(reads.size(), 0);
     }

@@ -28,7 +28,7 @@ struct EdgeOverlaps {
 /// @param type    kind of the block: 1 has the before edge as read 0, 2 the after edge as the last read, 3 both
 /// @param edges   out; null when the edges are settled already
 /// @return false, with nothing done, when settings or lengths are beyond the tables, or edges are asked for and a read
-///         is longer than one of them (it may have to be cut there before it is compared)
+///         or the after edge may have to be cut at an edge before it is compared, being longer
 bool OverlapBlock(std::uint8_t** matrix, const std::vector<Read>& reads, const PairMarks& marks, int method, int type,
                   EdgeOverlaps* edges);
 

@@ -113,6 +113,9 @@ TEST_F(PairOverlap, LeavesToThePlainSearchWhatTheTablesDoNotCover) {
     EXPECT_TRUE(taken({before, usual, before}, 1, 3));
     EXPECT_TRUE(taken({before, Read(std::string(200, 'C'), 0), before}, 1, 3));
     EXPECT_FALSE(taken({before, Read(std::string(201, 'C'), 0), before}, 1, 3));  // to be cut at the edge
+    const Read shorter(std::string(199, 'A'), 0);
+    EXPECT_FALSE(taken({shorter, usual, before}, 1, 3));  // the after edge itself may be cut
+    EXPECT_TRUE(taken({before, usual, shorter}, 1, 3));
     EXPECT_TRUE(taken({usual, Read(std::string(255, 'C'), 0), usual}, 1, 0));
     EXPECT_FALSE(taken({usual, Read(std::string(256, 'C'), 0), usual}, 1, 0));  // overlaps do not fit a cell
     EXPECT_TRUE(taken({before, Read("CCCCCCC", 0), before}, 1, 3));
