@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "kit/base/fasta.h"
+
 namespace lintara::kit {
 
 namespace {
@@ -16,21 +18,6 @@ uint64_t Mix(uint64_t word) {
     return word ^ (word >> 29);
 }
 
-int Code(char base) {
-    switch (base) {
-        case 'A':
-            return 0;
-        case 'C':
-            return 1;
-        case 'G':
-            return 2;
-        case 'T':
-            return 3;
-        default:
-            return -1;
-    }
-}
-
 /// Calls visit(word) for each word without other letters, until it returns true.
 template <typename Visit>
 bool AnyWord(const char* bases, long size, Visit visit) {
@@ -38,7 +25,7 @@ bool AnyWord(const char* bases, long size, Visit visit) {
     uint64_t turned = 0;
     int clean = 0;
     for (long i = 0; i < size; ++i) {
-        int code = Code(bases[i]);
+        int code = BaseCode(bases[i]);
         clean = code < 0 ? 0 : clean + 1;
         uint64_t base = static_cast<uint64_t>(std::max(code, 0));
         forward = ((forward << 2) | base) & kMask;

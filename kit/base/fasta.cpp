@@ -67,6 +67,21 @@ void WriteFasta(AtomicFile& out, const std::string& name, const std::string& des
     out.Write(lines);
 }
 
+int BaseCode(char base) {
+    switch (base) {
+        case 'A':
+            return 0;
+        case 'C':
+            return 1;
+        case 'G':
+            return 2;
+        case 'T':
+            return 3;
+        default:
+            return -1;
+    }
+}
+
 std::string ReverseComplement(const std::string& bases) {
     std::string turned(bases.size(), 'N');
     for (size_t i = 0; i < bases.size(); ++i) {

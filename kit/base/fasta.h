@@ -23,6 +23,9 @@ std::vector<FastaRecord> ReadFasta(const std::string& path);
 /// Header (without '>') and sequence in lines of 80 columns.
 void WriteFasta(AtomicFile& out, const std::string& name, const std::string& description, const std::string& sequence);
 
+/// Number of an upper-case base: A 0, C 1, G 2, T 3; -1 for any other letter.
+int BaseCode(char base);
+
 /// Reverse complement of upper-case bases; every other letter becomes N.
 std::string ReverseComplement(const std::string& bases);
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "kit/base/fasta.h"
 #include "kit/base/file.h"
 
 namespace lintara::kit {
@@ -50,21 +51,6 @@ void NoteLine(const std::string& line, GapLog& log) {
     if (Holds(line, "exists more than one copy") || Holds(line, "More than one copy")) log.unclear = true;
     if (Starts(line, "Get the gap size ") && NumberBehind(line, "Get the gap size ") != -1000) {
         log.spanningReads = NumberBehind(line, "support read number: ");
-    }
-}
-
-int BaseIndex(char base) {
-    switch (base) {
-        case 'A':
-            return 0;
-        case 'C':
-            return 1;
-        case 'G':
-            return 2;
-        case 'T':
-            return 3;
-        default:
-            return -1;
     }
 }
 
@@ -113,7 +99,7 @@ void EachWord(const std::string& text, Visit visit) {
     uint64_t word = 0;
     size_t clean = 0;
     for (size_t i = 0; i < text.size(); ++i) {
-        int base = BaseIndex(text[i]);
+        int base = BaseCode(text[i]);
         clean = base < 0 ? 0 : clean + 1;
         word = ((word << 2) | static_cast<uint64_t>(std::max(base, 0))) & kMask;
         if (clean >= kWord) visit(word, i + 1 - kWord);
@@ -164,7 +150,7 @@ void ReadColumns(const std::string& path, std::map<int, std::vector<ColumnBlock>
         }
         if (position != last + 1) blocks->emplace_back();
         last = position;
-        int index = BaseIndex(base);
+        int index = BaseCode(base);
         ColumnBlock& block = blocks->back();
         block.bases += base;
         block.support.push_back(index < 0 ? 0 : counts[index]);
