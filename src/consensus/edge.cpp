@@ -6,6 +6,7 @@
 #include "align/overlap.h"
 #include "consensus/path.h"
 #include "consensus/placing.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -51,7 +52,7 @@ void CutUpToLastN(std::string& seq) {
 
 // How far the next read of the order stands right of the one in front of it.
 int Step(const std::vector<int>& order, std::size_t o, Overlaps matrix, const std::vector<Read>& reads, int threadId) {
-    const int over = matrix[order[o - 1]][order[o]];
+    const int over = Cell(matrix, order[o - 1], order[o]);
     if (over == 0) IllegalOrder("Error in order vector!\t", static_cast<int>(o), threadId);
     return Length(reads[order[o - 1]].seq) - over;
 }
@@ -82,7 +83,7 @@ BeforePlaces PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, con
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++places.valued_read_num;
         for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = matrix[order[o]][i];
+            const int over = Cell(matrix, order[o], i);
             if (over == 0) continue;
             if (placing.Has(i) && KeepsPlace(path_read, reads[i])) continue;
             const int offset = Length(path_read.seq) - over + iter_len;
@@ -138,7 +139,7 @@ void ExtendTail(std::string& seq, const BeforePlaces& places, const std::vector<
     log << "len: " << len << "\tstart last order check!\n";
     if (!LastOrderCheck(seq, places.read, reads, order) || last_id == -1) return;
     log << "last order check passed!\n";
-    if (matrix[order.back()][last_id] == 0) return;
+    if (Cell(matrix, order.back(), last_id) == 0) return;
     const std::string& last_read = reads[last_id].seq;
     const int same_base_num = SameBases(seq, offset, last_read, 0, len);
     log << "same base num: " << same_base_num << '\t' << len << '\n';
@@ -158,7 +159,7 @@ HeadRead FindHead(const std::vector<int>& order, Overlaps matrix, const std::vec
     HeadRead head;
     for (std::size_t i = 0; i < reads.size(); ++i) {
         const int size = Length(reads[i].seq);
-        const int over = matrix[i][order[0]];
+        const int over = Cell(matrix, i, order[0]);
         if (over >= 0.3 * size && size - over >= head.longest_left) {
             head.first_id = static_cast<int>(i);
             head.longest_left = size - over;
@@ -177,7 +178,7 @@ void AddHead(std::string& seq, const HeadRead& head, int first_of_order, Overlap
                       << "after add: " << seq << '\n';
     placing.Set(static_cast<std::size_t>(head.first_id), 0);
     for (std::size_t i = 0; i < reads.size(); ++i) {
-        const int over = matrix[i][first_of_order];
+        const int over = Cell(matrix, i, first_of_order);
         if (over != 0) placing.Set(i, over - Length(reads[i].seq) + head.longest_left);
     }
 }
@@ -192,12 +193,12 @@ int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vect
         const std::string& path_read = reads[order[o]].seq;
         const Read& next = reads[order[o + 1]];
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
-        const int next_over = matrix[order[o]][order[o + 1]];
+        const int next_over = Cell(matrix, order[o], order[o + 1]);
         if (next_over == 0) IllegalOrder("Error in order vector !\t", static_cast<int>(o), threadId);
         ++valued_read_num;
         const int dis0 = Length(path_read) - next_over;
         for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = matrix[i][order[o + 1]];
+            const int over = Cell(matrix, i, order[o + 1]);
             if (over == 0) continue;
             if (reads[i].pos > next.pos && placing.Has(i)) continue;
             const int dis1 = Length(reads[i].seq) - over;
@@ -319,7 +320,7 @@ void Get_snp_middle(std::string& seq, const std::vector<int>& order, Overlaps ma
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++valued_read_num;
         for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = matrix[order[o]][i];
+            const int over = Cell(matrix, order[o], i);
             if (over == 0) continue;
             const bool fresh = !placing.Has(i);
             if (!fresh && path_read.pos >= reads[i].pos) continue;

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "consensus/placing.h"
+#include "kmer/open_matrix.h"
 #include "run/streams.h"
 
 namespace lintara {
@@ -26,7 +27,7 @@ int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix,
     for (std::size_t k = 0; k < order.size(); ++k) {
         const std::string& path_read = reads[order[k]].seq;
         if (k > 0) {
-            const int over = matrix[order[k - 1]][order[k]];
+            const int over = Cell(matrix, order[k - 1], order[k]);
             if (over == 0) IllegalOrder("Error in order vector!\t", static_cast<int>(k), threadId);
             offset += Length(reads[order[k - 1]].seq) - over;
         }
@@ -34,7 +35,7 @@ int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix,
         ++valued_read_num;
         // The successors off the path are witnesses too.
         for (std::size_t r = 0; r < reads.size(); ++r) {
-            const int over = matrix[order[k]][r];
+            const int over = Cell(matrix, order[k], r);
             if (over == 0) continue;
             placing.Set(r, Length(path_read) - over + offset);
             ++valued_read_num;
@@ -64,11 +65,11 @@ std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const s
     if (posit == 2 && order_size == 2) return "";
 
     int i = 1;
-    if (end[order[0]] > 0 && matrix[order[0]][num - 1] != 0) i = order_size;
+    if (end[order[0]] > 0 && Cell(matrix, order[0], num - 1) != 0) i = order_size;
     log << "show order list: \n" << order[0];
     for (; i < order_size; ++i) {
         const std::string& next = reads[order[i]].seq;
-        const int over = matrix[order[i - 1]][order[i]];
+        const int over = Cell(matrix, order[i - 1], order[i]);
         seq += From(next, over);
         log << '\n' << order[i] << "\tlength: " << next.size() << "\tafter: " << order[i - 1] << "\toverlap: " << over;
     }

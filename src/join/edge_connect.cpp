@@ -8,6 +8,7 @@
 #include "align/piece.h"
 #include "align/search.h"
 #include "join/checks.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -221,8 +222,8 @@ bool UndistriCheck(std::uint8_t**& matrix, int num, int threadId) {
     int beforenum = 0;
     int afternum = 0;
     for (int i = 0; i < num; ++i) {
-        if (matrix[0][i] != 0) ++beforenum;
-        if (matrix[i][num - 1] != 0) ++afternum;
+        if (Cell(matrix, 0, i) != 0) ++beforenum;
+        if (Cell(matrix, i, num - 1) != 0) ++afternum;
     }
     logFile[threadId] << "before num: " << beforenum << "\tafter num: " << afternum << '\n';
     return (beforenum < 2) != (afternum < 2);

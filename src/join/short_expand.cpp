@@ -8,6 +8,7 @@
 #include "align/piece.h"
 #include "consensus/seed.h"
 #include "join/checks.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -242,8 +243,8 @@ std::string SmallExpandFill(std::uint8_t**& matrix, const std::vector<Read>& rea
     const std::size_t num = reads.size();
     const int gap_length = reads.back().pos;
     for (std::size_t i = 0; i < num; ++i) {
-        start[i] = matrix[0][i];
-        end[i] = matrix[i][num - 1];
+        start[i] = Cell(matrix, 0, i);
+        end[i] = Cell(matrix, i, num - 1);
     }
     std::string before = From(forward_expand(start, reads, threadId), Length(reads.front().seq));
     std::string after = WithoutLast(reward_expand(end, reads, threadId), Length(reads.back().seq));

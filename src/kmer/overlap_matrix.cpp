@@ -129,19 +129,6 @@ std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number) {
     return matrix;
 }
 
-std::uint8_t** marks2matrix(const PairMarks& marks) {
-    std::uint8_t** matrix = NewMatrix(static_cast<std::uint16_t>(marks.num));
-    for (int i = 0; i < marks.num; ++i) {
-        for (int word = i / 64; word < marks.words; ++word) {
-            for (std::uint64_t left = marks.Row(i)[word]; left != 0; left &= left - 1) {
-                const int j = word * 64 + __builtin_ctzll(left);
-                if (j > i) matrix[i][j] = 1;
-            }
-        }
-    }
-    return matrix;
-}
-
 void overlap_matrix(std::uint8_t**& matrix, const std::vector<Read>& reads, int method, int type, int threadId) {
     logFile[threadId] << "caculate the overlap values\n";
     const int num = static_cast<int>(reads.size());

@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "kmer/hashSet.h"
-#include "kmer/seed_runs.h"
 #include "store/gap.h"
 
 namespace lintara {
@@ -58,9 +57,6 @@ void fill_hash(HashSet*& hash, const std::vector<Read>& reads);
 /// @param hash         the filled table; it may be freed afterwards
 /// @param read_number  number of reads in the block, num
 std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number);
-
-/// The same matrix from pairs that are known already, see MarkSharedKmers().
-std::uint8_t** marks2matrix(const PairMarks& marks);
 
 /// Compares the reads of every cell of 1 and writes the overlap, in bases, into the cell of its direction. The edge
 /// reads that type names are left out, and their cells stay as they are.

@@ -1,35 +1,65 @@
-// All overlaps of a block's reads with each other and with its edges, with the seeds looked up in tables.
+// overlap() of two reads of a block, with the seeds looked up as words.
 //
-// Replaces, for the block driver, overlap_matrix() and the edge finders, which search the text of one read for each
-// seed of the other. Here each read in turn is laid into a table of its words, and the seeds of all its partners are
-// looked up in it. Order of seeds and stages, and so every result, is that of overlap(); what the tables do not cover
-// (all seeds found and none accepted, as in a repeat) goes to overlap() itself.
+// Replaces, for the block driver, the search of one read's text for each seed of the other. Order of seeds and stages,
+// and so every result, is that of overlap(); what the words do not cover (bytes that are no base; all seeds found and
+// none accepted, as in a repeat) goes to the plain search.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
-#include "kmer/seed_runs.h"
+#include "kmer/laid_reads.h"
+#include "kmer/seed_words.h"
 #include "store/gap.h"
 
 namespace lintara {
 
-/// overlap() of each inner read of a block with the block's edges. Empty for an edge that the block lacks.
-struct EdgeOverlaps {
-    std::vector<int> with_before;  ///< overlap(before edge, read), by read
-    std::vector<int> with_after;   ///< overlap(read, after edge), by read
+/// Whether settings and lengths are such that words stand for the seeds: seeds of a word's length and not too many, a
+/// search that misses no place, inner reads no shorter than a seed and no longer than LONGEST_TABLED_READ.
+bool WordsCover(const std::vector<Read>& reads, int method, int type);
+
+/// What overlap() finds, and how many columns of it are equal.
+struct FoundOverlap {
+    int length = 0;  ///< as overlap() returns it
+    int equal = 0;   ///< columns; not filled in (0) for what the plain search found
 };
 
-/// Settles the cells of all pairs of inner reads, as overlap_matrix() does, and measures the overlaps with the edges.
-/// The cells of the edge reads are left alone, and nothing is logged.
-///
-/// @param matrix  out: the cells of the pairs in marks
-/// @param marks   the pairs that are seeded, edges included
-/// @param type    kind of the block: 1 has the before edge as read 0, 2 the after edge as the last read, 3 both
-/// @param edges   out; null when the edges are settled already
-/// @return false, with nothing done, when settings or lengths are beyond the tables, or edges are asked for and a read
-///         or the after edge may have to be cut at an edge before it is compared, being longer
-bool OverlapBlock(std::uint8_t** matrix, const std::vector<Read>& reads, const PairMarks& marks, int method, int type,
-                  EdgeOverlaps* edges);
+/// Measures overlaps of the reads of one block.
+class PairFinder {
+  public:
+    /// @param laid    the block, which must outlive its use here
+    /// @param method  exact-search method of the seeds, see WordsCover()
+    void Begin(const LaidReads& laid, int method);
+
+    /// overlap(one, two) of two inner reads.
+    FoundOverlap Overlap(int one, int two) const;
+
+    /// The same with one of the two reads entered in a table of words.
+    FoundOverlap OverlapWithEntered(int one, int two, int entered, const FirstPlaces& places) const;
+
+    /// overlap(before edge, read) of all inner reads.
+    /// @param overlaps  out: by read; 0 for the edges
+    void OverlapBeforeEdge(std::vector<int>& overlaps);
+
+    /// overlap(read, after edge) of all inner reads.
+    void OverlapAfterEdge(std::vector<int>& overlaps);
+
+  private:
+    class SeedSearch;
+    template <typename InTwo, typename InOne>
+    FoundOverlap Settle(const LaidRead& one, const LaidRead& two, InTwo in_two, InOne in_one) const;
+    FoundOverlap Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2, bool tie_is_plus) const;
+    void EnterEdge(const LaidRead& edge);
+    void LeaveEdge(const LaidRead& edge);
+    int SearchEdge(int k, const LaidRead& read, const LaidRead& edge) const;
+    int SearchText(int k, const LaidRead& from, const LaidRead& in) const;
+
+    const LaidReads* laid_ = nullptr;
+    int method_ = 0;
+    int steps_ = 0;                   // steps that compare any two inner reads
+    double ratio_ = -1;               // for which fewest_ holds
+    std::vector<int> fewest_{};       // [n]: equal columns of n that make an accepted overlap
+    std::vector<int> edge_places_{};  // by word of one edge at a time: leftmost place + 1, or 0
+};
 
 }  // namespace lintara

@@ -25,17 +25,19 @@ inline std::uint16_t NoWord(int pattlen) {
 /// @param pattlen  bases of a word, SHORTEST_WORD to LONGEST_WORD
 /// @param words    out: |seq| entries; entry i is the word at i, NoWord() where a byte is no upper-case base. The last
 ///                 pattlen - 1 entries are undefined.
-void NumberWords(const std::string& seq, int pattlen, std::uint16_t* words);
+/// @return whether all bytes are upper-case bases
+bool NumberWords(const std::string& seq, int pattlen, std::uint16_t* words);
 
 /// Leftmost place of each word of one read at a time.
 class FirstPlaces {
   public:
-    explicit FirstPlaces(int pattlen) : pattlen_(pattlen), entries_(std::size_t{NoWord(pattlen)} + 1) {}
+    FirstPlaces() : entries_(std::size_t{NoWord(LONGEST_WORD)} + 1) {}
 
     /// Forgets the read before and takes this one.
-    /// @param words   as NumberWords() wrote them
-    /// @param length  bases of the read, at most LONGEST_TABLED_READ
-    void Enter(const std::uint16_t* words, int length);
+    /// @param words    as NumberWords() wrote them
+    /// @param length   bases of the read, at most LONGEST_TABLED_READ
+    /// @param pattlen  bases of a word
+    void Enter(const std::uint16_t* words, int length, int pattlen);
 
     /// Place of a word, or a value above LONGEST_TABLED_READ that says there is none, as for NoWord().
     unsigned int Look(std::uint16_t word) const { return entries_[word] ^ stamp_; }
@@ -49,7 +51,6 @@ class FirstPlaces {
   private:
     static const unsigned int STEP = 256;
 
-    int pattlen_;
     unsigned int stamp_ = 0;              // of the present read: a multiple of STEP
     std::vector<std::uint16_t> entries_;  // by word: stamp of the read that wrote it, and the place
 };

@@ -9,9 +9,8 @@
 #include "consensus/path.h"
 #include "join/edge_connect.h"
 #include "kmer/hashSet.h"
+#include "kmer/open_matrix.h"
 #include "kmer/overlap_matrix.h"
-#include "kmer/pair_overlap.h"
-#include "kmer/seed_runs.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/halves.h"
@@ -25,16 +24,11 @@ namespace {
 // Rounding up to an odd size and doubling must fit, or the table says so and ends the process.
 const std::uint64_t MOST_SLOTS = std::uint64_t{1} << 32;
 
-/// The seeded matrix of a block. marks tells which pairs are seeded, or stays empty when the k-mer table had to.
-std::uint8_t** BuildMatrix(const std::vector<Read>& reads, PairMarks& marks, int threadId) {
-    const std::uint16_t num = static_cast<std::uint16_t>(reads.size());
-    // How many k-mers the block can hold.
-    initSizes[threadId] = static_cast<std::uint64_t>(static_cast<std::int64_t>(ReadLen - Kmer + 1) * num);
-    if (initSizes[threadId] <= MOST_SLOTS && MarkSharedKmers(reads, marks)) return marks2matrix(marks);
-    marks = PairMarks{};
+/// The seeded matrix of a block by the k-mer table.
+std::uint8_t** SeedMatrix(const std::vector<Read>& reads, int threadId) {
     HashSet* hash = init_hashset(initSizes[threadId], load_factor);
     fill_hash(hash, reads);
-    std::uint8_t** matrix = hash2matrix(hash, num);
+    std::uint8_t** matrix = hash2matrix(hash, static_cast<std::uint16_t>(reads.size()));
     free_hash(hash);
     return matrix;
 }
@@ -72,7 +66,7 @@ int OverlapAfter(const std::string& read, const std::string& edge, int method, i
 /// Writes the row of the before edge. A read that reaches past the edge's left end is cut to begin where the edge does,
 /// and overlaps the whole edge.
 ///
-/// @param with_edge  see EdgeOverlaps; empty when nothing has been measured yet
+/// @param with_edge  overlap() of the edge with each inner read, by read; empty when nothing has been measured yet
 void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::vector<int>& with_edge, int method,
                      int* start) {
     const int edge = Length(reads[0].seq);
@@ -264,29 +258,39 @@ std::string SolveAfterBlock(const Block& block) {
 std::string assemble_block(std::vector<Read>& reads, int method, int& type, TagInfo*& tagInfo, int& realgaplen,
                            int threadId) {
     const std::uint16_t num = static_cast<std::uint16_t>(reads.size());
-    PairMarks marks;
-    std::uint8_t** matrix = BuildMatrix(reads, marks, threadId);
+    // How many k-mers the block can hold.
+    initSizes[threadId] = static_cast<std::uint64_t>(static_cast<std::int64_t>(ReadLen - Kmer + 1) * num);
+    OpenMatrix open;
+    const bool opens = initSizes[threadId] <= MOST_SLOTS && open.Begin(reads, method, type);
+    std::uint8_t** matrix = opens ? open.cells() : SeedMatrix(reads, threadId);
     std::vector<int> starts_past(num);
     std::vector<int> ends_past(num);
     int* start = starts_past.data();
     int* end = ends_past.data();
     logFile[threadId] << "the read number is: " << num << "\n";
-    EdgeOverlaps edges;
-    bool compared = OverlapBlock(matrix, reads, marks, method, type, &edges);
-    if (type == 1 || type == 3) WriteBeforeEdge(matrix, reads, edges.with_before, method, start);
-    if (type == 2 || type == 3) WriteAfterEdge(matrix, reads, edges.with_after, method, end);
-    if (!compared) compared = OverlapBlock(matrix, reads, marks, method, type, nullptr);
-    if (compared) {
+    std::vector<int> with_edge;
+    if (type == 1 || type == 3) {
+        if (opens) open.MeasureBeforeEdge(with_edge);
+        WriteBeforeEdge(matrix, reads, with_edge, method, start);
+    }
+    with_edge.clear();
+    if (type == 2 || type == 3) {
+        if (opens) open.MeasureAfterEdge(with_edge);
+        WriteAfterEdge(matrix, reads, with_edge, method, end);
+    }
+    if (opens) {
         LogMatrixSteps(threadId);
+        open.Release();
     } else {
         overlap_matrix(matrix, reads, method, type, threadId);
     }
     std::string seq = solve_block_matrix(matrix, reads, type, start, end, tagInfo, realgaplen, threadId);
-    free_matrix(matrix, num);
+    if (!opens) free_matrix(matrix, num);
     return seq;
 }
 
 std::uint16_t GetMax(std::uint8_t**& matrix, std::uint16_t num) {
+    SettleAll(matrix, num);
     int best = 0;
     int most = 0;
     for (int i = 0; i < num; ++i) {

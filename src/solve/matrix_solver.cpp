@@ -8,6 +8,7 @@
 #include "consensus/path.h"
 #include "join/edge_connect.h"
 #include "join/expand_connect.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/halves.h"
@@ -78,7 +79,7 @@ bool WeighAgainstBefore(Solver& s) {
 /// The forward walk has reached the after edge. @return the gap's text
 std::string FinishForward(Solver& s) {
     if (s.starts.size() == 2 && s.starts[0] == 0) {
-        const int cell = s.matrix[0][s.last()];
+        const int cell = Cell(s.matrix, 0, s.last());
         s.log() << "before edge and afer edge have overlap, the gap size is minus -" << cell << "\n";
         s.realgaplen = -cell;
         return s.before;

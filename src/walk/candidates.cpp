@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "align/search.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -103,32 +104,32 @@ void LogLeftByPosition(const std::vector<int>& accept, int threadId) {
 
 int min_forward(int start, const std::vector<int>& accept, std::uint8_t**& matrix) {
     return SmallestOverlap(
-        accept, [&](int a) { return int{matrix[start][a]}; }, [](int) { return true; });
+        accept, [&](int a) { return Cell(matrix, start, a); }, [](int) { return true; });
 }
 
 int min_forward(int start, const std::vector<int>& accept, std::uint8_t**& matrix, const std::vector<Read>& reads,
                 int limit) {
     return SmallestOverlap(
-        accept, [&](int a) { return int{matrix[start][a]}; }, [&](int a) { return Length(reads[a]) <= limit; });
+        accept, [&](int a) { return Cell(matrix, start, a); }, [&](int a) { return Length(reads[a]) <= limit; });
 }
 
 int min_reward(int end, const std::vector<int>& accept, std::uint8_t**& matrix) {
     return SmallestOverlap(
-        accept, [&](int a) { return int{matrix[a][end]}; }, [](int) { return true; });
+        accept, [&](int a) { return Cell(matrix, a, end); }, [](int) { return true; });
 }
 
 int min_reward(int end, const std::vector<int>& accept, std::uint8_t**& matrix, const std::vector<Read>& reads,
                int limit) {
     return SmallestOverlap(
-        accept, [&](int a) { return int{matrix[a][end]}; }, [&](int a) { return Length(reads[a]) <= limit; });
+        accept, [&](int a) { return Cell(matrix, a, end); }, [&](int a) { return Length(reads[a]) <= limit; });
 }
 
 int max_forward(int start, const std::vector<int>& accept, std::uint8_t**& matrix) {
-    return LargestOverlap(accept, [&](int a) { return int{matrix[start][a]}; });
+    return LargestOverlap(accept, [&](int a) { return Cell(matrix, start, a); });
 }
 
 int max_reward(int end, const std::vector<int>& accept, std::uint8_t**& matrix) {
-    return LargestOverlap(accept, [&](int a) { return int{matrix[a][end]}; });
+    return LargestOverlap(accept, [&](int a) { return Cell(matrix, a, end); });
 }
 
 // ---- agreement around a pick ---------------------------------------------------------------------------------------
@@ -136,28 +137,32 @@ int max_reward(int end, const std::vector<int>& accept, std::uint8_t**& matrix) 
 bool check_min_forward(int start, int last, const std::vector<int>& accept, std::uint8_t**& matrix) {
     const int total_num = Size(accept) - 1;
     if (start < 0 || last < 0 || total_num <= 0) return false;
-    const int min_overlap = matrix[start][last];
-    return EnoughAgree(CountOthers(accept, last, [&](int a) { return matrix[a][last] >= min_overlap; }), total_num);
+    const int min_overlap = Cell(matrix, start, last);
+    return EnoughAgree(CountOthers(accept, last, [&](int a) { return Cell(matrix, a, last) >= min_overlap; }),
+                       total_num);
 }
 
 bool check_min_reward(int end, int first, const std::vector<int>& accept, std::uint8_t**& matrix) {
     const int total_num = Size(accept) - 1;
     if (end < 0 || first < 0 || total_num <= 0) return false;
-    const int min_overlap = matrix[first][end];
-    return EnoughAgree(CountOthers(accept, first, [&](int a) { return matrix[first][a] >= min_overlap; }), total_num);
+    const int min_overlap = Cell(matrix, first, end);
+    return EnoughAgree(CountOthers(accept, first, [&](int a) { return Cell(matrix, first, a) >= min_overlap; }),
+                       total_num);
 }
 
 // The max forms measure against all candidates, the pick included, where the min forms leave it out.
 
 bool check_max_forward(int start, int last, const std::vector<int>& accept, std::uint8_t**& matrix) {
     if (start < 0 || last < 0) return false;
-    const int accept_num = CountOthers(accept, last, [&](int a) { return matrix[last][a] >= matrix[start][a]; });
+    const int accept_num =
+        CountOthers(accept, last, [&](int a) { return Cell(matrix, last, a) >= Cell(matrix, start, a); });
     return EnoughAgree(accept_num, Size(accept));
 }
 
 bool check_max_reward(int end, int first, const std::vector<int>& accept, std::uint8_t**& matrix) {
     if (end < 0 || first < 0) return false;
-    const int accept_num = CountOthers(accept, first, [&](int a) { return matrix[a][first] >= matrix[a][end]; });
+    const int accept_num =
+        CountOthers(accept, first, [&](int a) { return Cell(matrix, a, first) >= Cell(matrix, a, end); });
     return EnoughAgree(accept_num, Size(accept));
 }
 
@@ -214,7 +219,7 @@ bool Vecfind(const std::vector<int>& starts, int start) {
 
 void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId) {
     logFile[threadId] << "Before clean: " << accept.size() << '\n';
-    RemoveUnlinked(accept, [&](int a, int b) { return matrix[a][b] != 0 || matrix[b][a] != 0; });
+    RemoveUnlinked(accept, [&](int a, int b) { return Cell(matrix, a, b) != 0 || Cell(matrix, b, a) != 0; });
     logFile[threadId] << "after clean: " << accept.size() << '\n';
 }
 
@@ -225,8 +230,8 @@ bool clean_accept(std::vector<int>& accept, const std::vector<Read>& reads, std:
     logFile[threadId] << "Before full match clean: " << num << '\n';
     RemoveUnlinked(accept, [&](int a, int b) {
         double ratio = 0;
-        if (matrix[a][b] != 0) ratio = GetMatchRatio(reads[a].seq, reads[b].seq, matrix[a][b]);
-        if (matrix[b][a] != 0) ratio = GetMatchRatio(reads[b].seq, reads[a].seq, matrix[b][a]);
+        if (Cell(matrix, a, b) != 0) ratio = GetMatchRatio(reads[a].seq, reads[b].seq, Cell(matrix, a, b));
+        if (Cell(matrix, b, a) != 0) ratio = GetMatchRatio(reads[b].seq, reads[a].seq, Cell(matrix, b, a));
         return ratio == 1.0;
     });
     logFile[threadId] << "Accept left ratio: " << static_cast<double>(Size(accept)) / num
@@ -241,7 +246,7 @@ void PosCleanAccept(int start, std::vector<int>& accept, const std::vector<Read>
     const int len = Length(reads[start]);
     std::erase_if(accept, [&](int a) {
         return Position(reads[a]) < pos - ReadLen / 3 ||
-               Position(reads[a]) > pos + len - matrix[start][a] + ReadLen / 2;
+               Position(reads[a]) > pos + len - Cell(matrix, start, a) + ReadLen / 2;
     });
     LogLeftByPosition(accept, threadId);
 }
@@ -251,7 +256,7 @@ void PosCleanAccept(std::vector<int>& accept, int end, const std::vector<Read>& 
     const std::int64_t pos = Position(reads[end]);
     std::erase_if(accept, [&](int a) {
         return Position(reads[a]) > pos + ReadLen / 3 ||
-               Position(reads[a]) < pos - Length(reads[a]) + matrix[a][end] - ReadLen / 2;
+               Position(reads[a]) < pos - Length(reads[a]) + Cell(matrix, a, end) - ReadLen / 2;
     });
     LogLeftByPosition(accept, threadId);
 }

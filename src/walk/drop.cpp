@@ -6,6 +6,7 @@
 
 #include "align/overlap.h"
 #include "align/search.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 
 namespace lintara {
@@ -53,8 +54,8 @@ std::vector<int> MoveOut(std::vector<int>& accept, Test leaves, Gone gone) {
 
 /// Whether a and d are linked and agree in every base of their overlap.
 bool PerfectPartners(int a, int d, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    if (matrix[a][d] != 0) return GetMatchRatio(reads[a].seq, reads[d].seq, matrix[a][d]) == 1.0;
-    if (matrix[d][a] != 0) return GetMatchRatio(reads[d].seq, reads[a].seq, matrix[d][a]) == 1.0;
+    if (Cell(matrix, a, d) != 0) return GetMatchRatio(reads[a].seq, reads[d].seq, Cell(matrix, a, d)) == 1.0;
+    if (Cell(matrix, d, a) != 0) return GetMatchRatio(reads[d].seq, reads[a].seq, Cell(matrix, d, a)) == 1.0;
     return false;
 }
 
@@ -90,7 +91,7 @@ double CoverRatio(const std::vector<int>& accept, int end, const std::vector<Rea
     bool minus = false;
     while (true) {
         const auto dropnum = std::count_if(accept.begin(), accept.end(),
-                                           [&](int a) { return Length(reads[a]) > matrix[a][end] * ratio; });
+                                           [&](int a) { return Length(reads[a]) > Cell(matrix, a, end) * ratio; });
         // Below 0 every read is above the ratio, so that a dropcut beyond their number would never be met.
         if (dropnum < dropcut && ratio >= 0) {
             ratio -= 0.5;
@@ -110,10 +111,10 @@ double CoverRatio(const std::vector<int>& accept, int end, const std::vector<Rea
 bool DropEdgeRead(int start, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix, int num,
                   bool& /*changenode*/) {
     return DropWithPartners(
-        accept, reads, matrix, [&](int a) { return matrix[a][num - 1] > Min_overlap; },
+        accept, reads, matrix, [&](int a) { return Cell(matrix, a, num - 1) > Min_overlap; },
         [&](int a) {
             // The before edge is left only once, so the reads would come back at the next try.
-            if (start == 0) matrix[start][a] = 0;
+            if (start == 0) ClearCell(matrix, start, a);
         });
 }
 
@@ -121,7 +122,7 @@ bool DropEdgeRead(int start, std::vector<int>& accept, const std::vector<Read>& 
 
 bool DropEdgeRead(int /*end*/, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix,
                   bool& /*changenode*/) {
-    return DropWithPartners(accept, reads, matrix, [&](int a) { return matrix[0][a] > Min_overlap; });
+    return DropWithPartners(accept, reads, matrix, [&](int a) { return Cell(matrix, 0, a) > Min_overlap; });
 }
 
 bool DropEdgeRead(const std::string& drop_seq, int /*end*/, std::vector<int>& accept, const std::vector<Read>& reads,
@@ -140,14 +141,14 @@ bool DropPosRead(int start, std::vector<int>& accept, const std::vector<Read>& r
     const std::int64_t pos = Position(reads[start]);
     const int length = Length(reads[start]);
     return Remove(accept, [&](int a) {
-        return pos > Position(reads[a]) || pos + ReadLen + length - matrix[start][a] < Position(reads[a]);
+        return pos > Position(reads[a]) || pos + ReadLen + length - Cell(matrix, start, a) < Position(reads[a]);
     });
 }
 
 bool DropPosRead(std::vector<int>& accept, int end, const std::vector<Read>& reads, std::uint8_t**& matrix) {
     const std::int64_t pos = Position(reads[end]);
     return Remove(accept, [&](int a) {
-        return pos < Position(reads[a]) || pos - ReadLen - Length(reads[a]) + matrix[a][end] > Position(reads[a]);
+        return pos < Position(reads[a]) || pos - ReadLen - Length(reads[a]) + Cell(matrix, a, end) > Position(reads[a]);
     });
 }
 
@@ -156,13 +157,13 @@ bool DropPosRead(std::vector<int>& accept, int end, const std::vector<Read>& rea
 bool DropRatioRead(int start, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix,
                    int /*dropcut*/) {
     // Here the ratio is fixed on purpose, so there is none to look for.
-    return Remove(accept, [&](int a) { return Length(reads[a]) > matrix[start][a] * 2; });
+    return Remove(accept, [&](int a) { return Length(reads[a]) > Cell(matrix, start, a) * 2; });
 }
 
 bool DropRatioRead(std::vector<int>& accept, int end, const std::vector<Read>& reads, std::uint8_t**& matrix,
                    int dropcut) {
     const double ratio = CoverRatio(accept, end, reads, matrix, dropcut);
-    return Remove(accept, [&](int a) { return Length(reads[a]) > matrix[a][end] * ratio; });
+    return Remove(accept, [&](int a) { return Length(reads[a]) > Cell(matrix, a, end) * ratio; });
 }
 
 bool DropLongRead(std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& /*matrix*/) {
@@ -181,12 +182,12 @@ bool DropShortRead(std::vector<int>& accept, const std::vector<Read>& reads, std
 
 bool AcceptShortOverCheck(int start, const std::vector<int>& accept, std::uint8_t**& matrix) {
     return Size(accept) >= 3 &&
-           std::all_of(accept.begin(), accept.end(), [&](int a) { return matrix[start][a] < ReadLen / 2; });
+           std::all_of(accept.begin(), accept.end(), [&](int a) { return Cell(matrix, start, a) < ReadLen / 2; });
 }
 
 bool AcceptShortOverCheck(const std::vector<int>& accept, int end, std::uint8_t**& matrix) {
     return Size(accept) >= 3 &&
-           std::all_of(accept.begin(), accept.end(), [&](int a) { return matrix[a][end] < ReadLen / 2; });
+           std::all_of(accept.begin(), accept.end(), [&](int a) { return Cell(matrix, a, end) < ReadLen / 2; });
 }
 
 // ---- one read ------------------------------------------------------------------------------------------------------
@@ -207,7 +208,7 @@ int GetLonger(int now, const std::vector<int>& accept, const std::vector<Read>& 
 
 void ShowRewardBreak(const std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix, int end,
                      int /*threadId*/) {
-    const auto overhang = [&](int a) { return Length(reads[a]) - matrix[a][end]; };
+    const auto overhang = [&](int a) { return Length(reads[a]) - Cell(matrix, a, end); };
     int longest = 0;
     for (int a : accept) longest = std::max(longest, overhang(a));
     std::cerr << "show break: \n";

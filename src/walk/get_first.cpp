@@ -1,6 +1,7 @@
 // get_first of a walk from the after edge: the next read to the left. It is the twin of get_last.cpp, with the same
 // functions in the same order; comments mark where the two differ on purpose. What it shares with the get_first of a
 // resumed walk stands in get_first_steps.cpp.
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "walk/candidates.h"
 #include "walk/drop.h"
@@ -318,7 +319,7 @@ int FinalAcceptance(int end, int first, Ladder& ladder) {
     if (!Stands(first, ladder)) return -1;
     const int newfirst = LongerPick(end, first, ladder);
     // The forward walk asks neither for the position nor for an overlap with the read it stands on.
-    if (newfirst == -1 || !InPosition(end, newfirst, ladder) || ladder.matrix[newfirst][end] == 0) return first;
+    if (newfirst == -1 || !InPosition(end, newfirst, ladder) || Cell(ladder.matrix, newfirst, end) == 0) return first;
     ladder.Log() << "use long!\n";
     return newfirst;
 }

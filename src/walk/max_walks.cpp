@@ -1,5 +1,6 @@
 #include "walk/max_walks.h"
 
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "walk/candidates.h"
@@ -103,8 +104,9 @@ void forwardmax(std::vector<int>& starts, const std::vector<Read>& reads, std::u
         }
         starts.push_back(start);
         accept.clear();
+        SettleRow(matrix, start);
         for (int i = 0; i < num; ++i) {
-            if (matrix[start][i] != 0) accept.push_back(i);
+            if (Cell(matrix, start, i) != 0) accept.push_back(i);
         }
         clean_accept(accept, matrix, threadId);
         if (accept.size() == 1 && !AcceptOne) {
@@ -135,8 +137,9 @@ void rewardmax(std::vector<int>& ends, const std::vector<Read>& reads, std::uint
         if (Vecfind(ends, end)) break;
         ends.push_back(end);
         accept.clear();
+        SettleColumn(matrix, end);
         for (int i = 0; i < num; ++i) {
-            if (matrix[i][end] != 0) accept.push_back(i);
+            if (Cell(matrix, i, end) != 0) accept.push_back(i);
         }
         clean_accept(accept, matrix, threadId);
         // Ahead of the single candidate on purpose: what the positions leave may be single.

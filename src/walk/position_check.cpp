@@ -5,6 +5,7 @@
 
 #include "align/overlap.h"
 #include "align/search.h"
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -85,11 +86,11 @@ bool UnacceptedByMinForward(int start, int last, int a, const std::vector<int>& 
     const std::string& now_seq = reads[last].seq;
     const std::string& seq = reads[a].seq;
     const int length = Length(reads[a]);
-    const int over1 = matrix[start][last];
-    const int over2 = matrix[start][a];
+    const int over1 = Cell(matrix, start, last);
+    const int over2 = Cell(matrix, start, a);
     const bool same_length = seq.size() == now_seq.size();
-    if (same_length && OffsetsDisagree(length, over1, over2, matrix[a][last])) return true;
-    if (matrix[a][last] != 0 || matrix[last][a] != 0) return false;
+    if (same_length && OffsetsDisagree(length, over1, over2, Cell(matrix, a, last))) return true;
+    if (Cell(matrix, a, last) != 0 || Cell(matrix, last, a) != 0) return false;
 
     int before_len = -1;
     if (now_seq.size() > seq.size()) {
@@ -103,7 +104,7 @@ bool UnacceptedByMinForward(int start, int last, int a, const std::vector<int>& 
     const std::string over_seq = seq.substr(std::min(over2 - over1, length));
     const int over_length = static_cast<int>(over_seq.size());
     return WitnessesAgainstPick(over_seq, accept, reads, [&](int b) {
-        return matrix[a][b] >= over_length || matrix[b][a] >= over2 + over_length;
+        return Cell(matrix, a, b) >= over_length || Cell(matrix, b, a) >= over2 + over_length;
     });
 }
 
@@ -112,11 +113,11 @@ bool UnacceptedByMinReward(int end, int first, int a, const std::vector<int>& ac
     const std::string& now_seq = reads[first].seq;
     const std::string& seq = reads[a].seq;
     const int length = Length(reads[a]);
-    const int over1 = matrix[first][end];
-    const int over2 = matrix[a][end];
+    const int over1 = Cell(matrix, first, end);
+    const int over2 = Cell(matrix, a, end);
     const bool same_length = seq.size() == now_seq.size();
-    if (same_length && OffsetsDisagree(length, over1, over2, matrix[first][a])) return true;
-    if (matrix[a][first] != 0 || matrix[first][a] != 0) return false;
+    if (same_length && OffsetsDisagree(length, over1, over2, Cell(matrix, first, a))) return true;
+    if (Cell(matrix, a, first) != 0 || Cell(matrix, first, a) != 0) return false;
 
     int before_len = -1;
     if (now_seq.size() > seq.size()) {
@@ -130,7 +131,7 @@ bool UnacceptedByMinReward(int end, int first, int a, const std::vector<int>& ac
     const std::string over_seq = seq.substr(0, std::max(length - over2 + over1, 0));
     const int over_length = static_cast<int>(over_seq.size());
     return WitnessesAgainstPick(over_seq, accept, reads, [&](int b) {
-        return matrix[b][a] >= over_length || matrix[a][b] >= over2 + over_length;
+        return Cell(matrix, b, a) >= over_length || Cell(matrix, a, b) >= over2 + over_length;
     });
 }
 
@@ -139,8 +140,8 @@ bool UnacceptedByMinReward(int end, int first, int a, const std::vector<int>& ac
 bool UnacceptedByMaxForward(int last, int a, const std::vector<Read>& reads, std::uint8_t**& matrix) {
     const std::string& now_seq = reads[last].seq;
     const std::string& seq = reads[a].seq;
-    if (matrix[a][last] != 0) return GetMatchRatio(seq, now_seq, matrix[a][last]) < 1.0;
-    if (matrix[last][a] != 0) return GetMatchRatio(now_seq, seq, matrix[last][a]) < 1.0;
+    if (Cell(matrix, a, last) != 0) return GetMatchRatio(seq, now_seq, Cell(matrix, a, last)) < 1.0;
+    if (Cell(matrix, last, a) != 0) return GetMatchRatio(now_seq, seq, Cell(matrix, last, a)) < 1.0;
 
     int before_len = -1;
     if (now_seq.size() > seq.size()) {
@@ -156,8 +157,8 @@ bool UnacceptedByMaxForward(int last, int a, const std::vector<Read>& reads, std
 bool UnacceptedByMaxReward(int first, int a, const std::vector<Read>& reads, std::uint8_t**& matrix) {
     const std::string& now_seq = reads[first].seq;
     const std::string& seq = reads[a].seq;
-    if (matrix[first][a] != 0) return GetMatchRatio(now_seq, seq, matrix[first][a]) < 1.0;
-    if (matrix[a][first] != 0) return GetMatchRatio(seq, now_seq, matrix[a][first]) < 1.0;
+    if (Cell(matrix, first, a) != 0) return GetMatchRatio(now_seq, seq, Cell(matrix, first, a)) < 1.0;
+    if (Cell(matrix, a, first) != 0) return GetMatchRatio(seq, now_seq, Cell(matrix, a, first)) < 1.0;
 
     int before_len = -1;
     if (now_seq.size() > seq.size()) {
@@ -205,12 +206,12 @@ bool KeepSame(std::vector<int>& accept, Same same) {
 // ---- estimated positions -------------------------------------------------------------------------------------------
 
 bool ForwardPosCheck(int start, int last, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    const std::int64_t pos = std::int64_t{reads[start].pos} + Length(reads[start]) - matrix[start][last];
+    const std::int64_t pos = std::int64_t{reads[start].pos} + Length(reads[start]) - Cell(matrix, start, last);
     return FitsPosition(pos, reads[last]);
 }
 
 bool RewardPosCheck(int end, int first, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    const std::int64_t pos = std::int64_t{reads[end].pos} + matrix[first][end] - Length(reads[first]);
+    const std::int64_t pos = std::int64_t{reads[end].pos} + Cell(matrix, first, end) - Length(reads[first]);
     return FitsPosition(pos, reads[first]);
 }
 
@@ -220,13 +221,14 @@ bool IsForwardBreak(int start, int last, const std::vector<int>& accept, const s
                     std::uint8_t**& matrix, int threadId) {
     const int total_num = Size(accept) - 1;
     if (start < 0 || last < 0 || total_num < 1) return true;
-    const int min_overlap = matrix[start][last];
+    const int min_overlap = Cell(matrix, start, last);
     const int length = Length(reads[last]);
     int un_accept_num = 0;
     for (int a : accept) {
         if (a == last) continue;
-        if (matrix[a][last] < min_overlap && matrix[last][a] < min_overlap) ++un_accept_num;
-        if (Length(reads[a]) == length && OffsetsDisagree(length, min_overlap, matrix[start][a], matrix[a][last])) {
+        if (Cell(matrix, a, last) < min_overlap && Cell(matrix, last, a) < min_overlap) ++un_accept_num;
+        if (Length(reads[a]) == length &&
+            OffsetsDisagree(length, min_overlap, Cell(matrix, start, a), Cell(matrix, a, last))) {
             ++un_accept_num;
         }
     }
@@ -238,13 +240,14 @@ bool IsRewardBreak(int end, int first, const std::vector<int>& accept, const std
                    std::uint8_t**& matrix, int threadId) {
     const int total_num = Size(accept) - 1;
     if (end < 0 || first < 0 || total_num < 1) return true;
-    const int min_overlap = matrix[first][end];
+    const int min_overlap = Cell(matrix, first, end);
     const int length = Length(reads[first]);
     int un_accept_num = 0;
     for (int a : accept) {
         if (a == first) continue;
-        if (matrix[first][a] < min_overlap && matrix[a][first] < min_overlap) ++un_accept_num;
-        if (Length(reads[a]) == length && OffsetsDisagree(length, min_overlap, matrix[a][end], matrix[first][a])) {
+        if (Cell(matrix, first, a) < min_overlap && Cell(matrix, a, first) < min_overlap) ++un_accept_num;
+        if (Length(reads[a]) == length &&
+            OffsetsDisagree(length, min_overlap, Cell(matrix, a, end), Cell(matrix, first, a))) {
             ++un_accept_num;
         }
     }
@@ -341,15 +344,15 @@ bool PassMaxReward(int end, int first, const std::vector<int>& accept, const std
 // ---- exact overlaps ------------------------------------------------------------------------------------------------
 
 bool ForwardCleanAccept(int start, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    return KeepSame(accept, [&](int a) { return SameOverlap(reads[start].seq, reads[a].seq, matrix[start][a]); });
+    return KeepSame(accept, [&](int a) { return SameOverlap(reads[start].seq, reads[a].seq, Cell(matrix, start, a)); });
 }
 
 bool RewardCleanAccept(int end, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    return KeepSame(accept, [&](int a) { return SameOverlap(reads[a].seq, reads[end].seq, matrix[a][end]); });
+    return KeepSame(accept, [&](int a) { return SameOverlap(reads[a].seq, reads[end].seq, Cell(matrix, a, end)); });
 }
 
 bool RatioCheck(int end, int first, const std::vector<Read>& reads, std::uint8_t**& matrix) {
-    return matrix[first][end] < Length(reads[first]) / 2.0;
+    return Cell(matrix, first, end) < Length(reads[first]) / 2.0;
 }
 
 }  // namespace lintara

@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "kmer/open_matrix.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "store/gap.h"
@@ -42,17 +43,19 @@ struct WalkState {
 
     /// Collects the reads that can follow read at on its right, without one of them.
     void CollectRight(int at, int without = -1) {
+        SettleRow(matrix, at);
         accept.clear();
         for (int i = 0; i < num; ++i) {
-            if (i != without && matrix[at][i] >= Min_overlap) accept.push_back(i);
+            if (i != without && Cell(matrix, at, i) >= Min_overlap) accept.push_back(i);
         }
     }
 
     /// Collects the reads that can stand left of read at, without one of them.
     void CollectLeft(int at, int without = -1) {
+        SettleColumn(matrix, at);
         accept.clear();
         for (int i = 0; i < num; ++i) {
-            if (i != without && matrix[i][at] >= Min_overlap) accept.push_back(i);
+            if (i != without && Cell(matrix, i, at) >= Min_overlap) accept.push_back(i);
         }
     }
 

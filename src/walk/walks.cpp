@@ -1,5 +1,6 @@
 #include "walk/walks.h"
 
+#include "kmer/open_matrix.h"
 #include "walk/candidates.h"
 #include "walk/end_select.h"
 #include "walk/position_check.h"
@@ -22,7 +23,7 @@ bool TakesLastRead(const WalkState& w) {
     const int last = w.num - 1;
     int lastsupport = 0;
     for (const int a : w.accept) {
-        if (w.matrix[a][last] != 0) ++lastsupport;
+        if (Cell(w.matrix, a, last) != 0) ++lastsupport;
     }
     if (!(lastsupport > 0.9 * w.candidates())) return false;
     w.log() << "Accept the last!\t" << lastsupport << "\t" << w.candidates() << "\n";
@@ -37,7 +38,7 @@ void ReplaceStepsForward(WalkState& w, int& start) {
         w.changenode = false;
         w.path.pop_back();
         const int prev = w.path.back();
-        w.matrix[prev][nowstart] = 0;
+        ClearCell(w.matrix, prev, nowstart);
         w.CollectRight(prev);
         if (w.candidates() == 1) {
             start = w.accept[0];
@@ -101,7 +102,7 @@ WalkStep StepForwardFromDeadEnd(WalkState& w, int& start) {
         return WalkStep::kFinish;
     }
     w.path.pop_back();
-    w.matrix[nowtest][oldtest] = 0;
+    ClearCell(w.matrix, nowtest, oldtest);
     return WalkStep::kGoOn;
 }
 
@@ -125,12 +126,12 @@ WalkStep TurnForward(WalkState& w, int& start, bool& cycled, bool& ER) {
         return WalkStep::kFinish;
     }
     // The first step fixes positions to the before edge: a read that overlaps it by n bases starts at -n.
-    if (w.size() == 1 && start != last) w.reads[start].pos = -w.matrix[w.path[0]][start];
+    if (w.size() == 1 && start != last) w.reads[start].pos = -Cell(w.matrix, w.path[0], start);
     w.path.push_back(start);
     if (start == last) return WalkStep::kFinish;
     w.ExpectFarEdge(w.size() >= w.stopjum);
     w.CollectRight(start);
-    if (w.matrix[start][last] >= Min_overlap) {
+    if (Cell(w.matrix, start, last) >= Min_overlap) {
         w.log() << "Meet last read!\n";
         if (TakesLastRead(w)) {
             w.path.push_back(last);
@@ -175,7 +176,7 @@ void ReplaceStepsReward(WalkState& w, int& end) {
         w.changenode = false;
         w.path.pop_back();
         const int prev = w.path.back();
-        w.matrix[nowend][prev] = 0;
+        ClearCell(w.matrix, nowend, prev);
         w.CollectLeft(prev);
         clean_accept(w.accept, w.matrix, w.threadId);
         if (w.candidates() == 1) {
@@ -252,7 +253,7 @@ WalkStep StepRewardFromDeadEnd(WalkState& w, int& end) {
     }
     w.path.pop_back();
     w.log() << "change the node!\n";
-    w.matrix[oldtest][nowtest] = 0;
+    ClearCell(w.matrix, oldtest, nowtest);
     return WalkStep::kGoOn;
 }
 
@@ -282,7 +283,7 @@ bool TriesOtherBranch(WalkState& w, int& end) {
     if (w.candidates() > 1) {
         w.path.pop_back();
         w.log() << "change the node!\n";
-        w.matrix[oldtest][nowtest] = 0;
+        ClearCell(w.matrix, oldtest, nowtest);
         return true;
     }
     w.log() << "change node is useless, not change!\n";
@@ -363,7 +364,7 @@ WalkStep StepResumedAmongSeveral(WalkState& w, int& end, const Barred& barred) {
         w.changenode = false;
         w.path.pop_back();
         const int prev = w.path.back();
-        w.matrix[nowend][prev] = 0;
+        ClearCell(w.matrix, nowend, prev);
         w.CollectLeft(prev);
         clean_accept(w.accept, w.matrix, w.threadId);
         if (w.candidates() == 1) {
@@ -403,7 +404,7 @@ WalkStep StepResumedFromDeadEnd(WalkState& w, int& end, const Barred& barred) {
         return WalkStep::kFinish;
     }
     w.path.pop_back();
-    w.matrix[oldtest][nowtest] = 0;
+    ClearCell(w.matrix, oldtest, nowtest);
     w.log() << "change the node!\n";
     return WalkStep::kGoOn;
 }
@@ -453,7 +454,7 @@ bool forward(std::vector<Read>& reads, std::vector<int>& starts, std::uint8_t**&
     WalkStep step = WalkStep::kGoOn;
     for (int start = pos; step == WalkStep::kGoOn && w.count < num;) step = TurnForward(w, start, cycled, ER);
     if (step == WalkStep::kNormalEnd && !w.FullCleanZero) w.noreadbreak = true;
-    if (matrix[starts.back()][num - 1] > Min_overlap && w.size() > w.stopjum) starts.push_back(num - 1);
+    if (Cell(matrix, starts.back(), num - 1) > Min_overlap && w.size() > w.stopjum) starts.push_back(num - 1);
     w.log() << "Forward from " << pos << " start vector get finished, with size " << w.size() << "\n";
     return w.noreadbreak;
 }
@@ -468,7 +469,7 @@ bool reward(std::vector<Read>& reads, std::vector<int>& ends, std::uint8_t**& ma
     if (step == WalkStep::kNormalEnd && !w.FullCleanZero) w.noreadbreak = true;
     if (w.FullCleanZero) w.noreadbreak = false;
     // Only a walk that ran out of reads may close with the far edge here; the forward twin does not ask.
-    if (matrix[0][ends.back()] > Min_overlap && w.size() > w.stopjum && w.noreadbreak) ends.push_back(0);
+    if (Cell(matrix, 0, ends.back()) > Min_overlap && w.size() > w.stopjum && w.noreadbreak) ends.push_back(0);
     w.log() << "Reward from " << pos << " end vector get finished, with size " << w.size()
             << "no read: " << w.noreadbreak << "\n";
     return w.noreadbreak;
@@ -483,7 +484,7 @@ void reward(std::vector<Read>& reads, std::vector<int>& ends, std::uint8_t**& ma
     WalkStep step = WalkStep::kGoOn;
     for (int end = pos; step == WalkStep::kGoOn && w.size() < num;) step = TurnResumed(w, end, barred);
     // Here neither the length of the path nor the reason of its end is asked for.
-    if (!ends.empty() && matrix[0][ends.back()] > Min_overlap) ends.push_back(0);
+    if (!ends.empty() && Cell(matrix, 0, ends.back()) > Min_overlap) ends.push_back(0);
     w.log() << "Reward from " << pos << " end vector get finished, with size " << w.size() << "\n";
 }
 

@@ -1,0 +1,212 @@
+#include "kmer/open_matrix.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "kmer/laid_reads.h"
+#include "kmer/overlap_matrix.h"
+#include "kmer/seed_words.h"
+#include "kmer/shared_kmer.h"
+#include "run/settings.h"
+
+namespace lintara {
+
+namespace {
+
+const int MOST_READS = 65535;
+
+}  // namespace
+
+struct OpenMatrix::State {
+    const std::vector<Read>* reads = nullptr;
+    int method = 0;
+    int type = 0;
+    LaidReads whole{};  // the block as it was begun
+    LaidReads cut{};    // the same behind the cuts at the edges; of no use when no inner read is cut
+    PairFinder finder{};
+    SampledWords samples{};
+    bool may_be_cut = false;  // an inner read is longer than an edge
+    FirstPlaces places{};
+    int entered = -1;         // the read in places
+    int asked[2] = {-1, -1};  // the pair that was settled alone last
+    std::vector<std::uint8_t> cells{};
+    std::vector<std::uint8_t*> rows{};
+    std::vector<std::uint8_t> settled{};  // by read: all its pairs are known
+
+    /// The matrix of num reads, all cells 0.
+    void MakeCells(int num) {
+        const std::size_t width = static_cast<std::size_t>(num);
+        cells.assign(width * width, 0);
+        rows.resize(width);
+        for (std::size_t i = 0; i < width; ++i) rows[i] = cells.data() + i * width;
+    }
+
+    /// The block whose overlaps are sought.
+    LaidReads& laid() { return may_be_cut ? cut : whole; }
+
+    /// Whether the reads of an overlap, as overlap() gives it, share a k-mer. What was cut off counts too.
+    bool ShareKmer(int one, int two, FoundOverlap overlap) {
+        const LaidRead& left = laid().reads[overlap.length > 0 ? one : two];
+        const LaidRead& right = laid().reads[overlap.length > 0 ? two : one];
+        const int n = std::abs(overlap.length);
+        return SurelyShareKey(left.bases + left.length - n, right.bases, n, overlap.equal) ||
+               ShareKey(whole.reads[one], whole.reads[two], whole.plan.pattlen);
+    }
+
+    void Settle(int one, int two, FoundOverlap overlap) {
+        const int length1 = laid().reads[one].length;
+        const int length2 = laid().reads[two].length;
+        const int n = std::abs(overlap.length);
+        const bool counts = n > 0 && n < length1 && n < length2 && ShareKmer(one, two, overlap);
+        detail::SettleCells(rows.data(), one, two, length1, length2, counts ? overlap.length : 0);
+    }
+
+    void Enter(int read) {
+        entered = read;
+        places.Enter(laid().reads[read].words, laid().reads[read].length, whole.plan.pattlen);
+    }
+
+    /// Settles all pairs of a read that may share a k-mer; both reads' cells that are still open afterwards are 0.
+    void SettlePartners(int read) {
+        if (settled[read] != 0) return;
+        settled[read] = 1;
+        const std::uint8_t* row = rows[read];
+        Enter(read);
+        samples.ForEach(whole, read, [&](int other) {
+            if (row[other] != OPEN_CELL) return;
+            const int one = read < other ? read : other;
+            const int two = read < other ? other : read;
+            Settle(one, two, finder.OverlapWithEntered(one, two, read, places));
+        });
+    }
+
+    void SettleRow(int read) {
+        if (read < whole.start || read >= whole.end) return;
+        SettlePartners(read);
+        std::uint8_t* row = rows[read];
+        for (int i = whole.start; i < whole.end; ++i) row[i] = row[i] == OPEN_CELL ? 0 : row[i];
+    }
+
+    void SettleColumn(int read) {
+        if (read < whole.start || read >= whole.end) return;
+        SettlePartners(read);
+        for (int i = whole.start; i < whole.end; ++i) rows[i][read] = rows[i][read] == OPEN_CELL ? 0 : rows[i][read];
+    }
+
+    void SettlePair(int a, int b) {
+        const int one = a < b ? a : b;
+        const int two = a < b ? b : a;
+        if (settled[one] != 0 || settled[two] != 0) {
+            if (rows[one][two] == OPEN_CELL) rows[one][two] = 0;
+            if (rows[two][one] == OPEN_CELL) rows[two][one] = 0;
+        } else {
+            // A read that is asked for twice in a row is asked for more often: its table pays.
+            if (entered != a && entered != b && (a == asked[0] || a == asked[1])) Enter(a);
+            if (entered != a && entered != b && (b == asked[0] || b == asked[1])) Enter(b);
+            asked[0] = a;
+            asked[1] = b;
+            const bool known = entered == a || entered == b;
+            Settle(one, two, known ? finder.OverlapWithEntered(one, two, entered, places) : finder.Overlap(one, two));
+        }
+    }
+};
+
+namespace {
+
+thread_local OpenMatrix* open_matrix = nullptr;
+
+}  // namespace
+
+std::unique_ptr<OpenMatrix::State>& OpenMatrix::Spare() {
+    thread_local std::unique_ptr<State> spare;
+    return spare;
+}
+
+OpenMatrix::OpenMatrix() : state_(std::move(Spare())), outer_(open_matrix) {
+    if (state_ == nullptr) state_ = std::make_unique<State>();
+    open_matrix = this;
+}
+
+OpenMatrix::~OpenMatrix() {
+    open_matrix = outer_;
+    Spare() = std::move(state_);
+}
+
+bool OpenMatrix::Begin(const std::vector<Read>& reads, int method, int type) {
+    const int num = static_cast<int>(reads.size());
+    if (Kmer < 1 || num > MOST_READS || !WordsCover(reads, method, type)) return false;
+    State& state = *state_;
+    LaidReads& whole = state.whole;
+    LayOut(reads, type, detail::PlanSeeds(method), whole);
+    if (!CountsFit(whole)) return false;
+    state.reads = &reads;
+    state.method = method;
+    state.type = type;
+    state.may_be_cut = (whole.start > 0 && whole.reads.front().length < whole.longest) ||
+                       (whole.end < num && whole.reads.back().length < whole.longest);
+    state.finder.Begin(whole, method);
+    state.MakeCells(num);
+    if (type == 2 && ShareKey(whole.reads.front(), whole.reads.back(), whole.plan.pattlen)) state.rows[0][num - 1] = 1;
+    return true;
+}
+
+void OpenMatrix::MeasureBeforeEdge(std::vector<int>& overlaps) {
+    if (!state_->may_be_cut) state_->finder.OverlapBeforeEdge(overlaps);
+}
+
+void OpenMatrix::MeasureAfterEdge(std::vector<int>& overlaps) {
+    State& state = *state_;
+    const int edge = state.whole.num() - 1;
+    const int length = static_cast<int>((*state.reads)[edge].seq.size());
+    if (state.may_be_cut || length < state.whole.longest) return;
+    if (length < state.whole.reads[edge].length) LayOutAgain(*state.reads, edge, state.whole);
+    state.finder.OverlapAfterEdge(overlaps);
+}
+
+void OpenMatrix::Release() {
+    State& state = *state_;
+    if (state.may_be_cut) {
+        LayOut(*state.reads, state.type, state.whole.plan, state.cut);
+        state.finder.Begin(state.cut, state.method);
+    }
+    state.entered = -1;
+    state.asked[0] = state.asked[1] = -1;
+    state.samples.Index(state.whole);
+    state.settled.assign(state.whole.reads.size(), 0);
+    const int start = state.whole.start;
+    const int end = state.whole.end;
+    for (int i = start; i < end; ++i) {
+        std::memset(state.rows[i] + start, OPEN_CELL, static_cast<std::size_t>(end - start));
+        state.rows[i][i] = 0;
+    }
+}
+
+std::uint8_t** OpenMatrix::cells() {
+    return state_->rows.data();
+}
+
+namespace detail {
+
+void SettlePair(const std::uint8_t* const* matrix, int a, int b) {
+    if (open_matrix == nullptr || open_matrix->cells() != matrix) return;
+    open_matrix->state_->SettlePair(a, b);
+}
+
+}  // namespace detail
+
+void SettleRow(const std::uint8_t* const* matrix, int read) {
+    if (open_matrix != nullptr && open_matrix->cells() == matrix) open_matrix->state_->SettleRow(read);
+}
+
+void SettleColumn(const std::uint8_t* const* matrix, int read) {
+    if (open_matrix != nullptr && open_matrix->cells() == matrix) open_matrix->state_->SettleColumn(read);
+}
+
+void SettleAll(const std::uint8_t* const* matrix, int num) {
+    for (int read = 0; read < num; ++read) SettleRow(matrix, read);
+}
+
+}  // namespace lintara
