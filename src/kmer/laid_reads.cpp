@@ -12,9 +12,7 @@ namespace {
 using WordLanes = std::uint16_t __attribute__((vector_size(16)));
 const int WORD_LANES = 8;
 const int STEP = 2 * WORD_LANES;
-
-// Bytes that a comparison of reads takes in one step, see pair_overlap.cpp.
-const int BASES_A_STEP = 16;
+static_assert(STEP <= WORDS_BEHIND);
 
 WordLanes LoadWords(const std::uint16_t* from) {
     WordLanes lanes;
@@ -37,9 +35,7 @@ LaidRead LayOutRead(const std::string& seq, detail::SeedPlan plan, char* bases, 
     const std::uint16_t none = NoWord(plan.pattlen);
     std::memcpy(bases, seq.data(), seq.size());
     LaidRead read{&seq, bases, words, length, std::min(plan.pattnum, length / plan.pattlen), false, false, {}};
-    read.strange = !NumberWords(seq, plan.pattlen, words);
-    const int count = std::max(0, length - plan.pattlen + 1);
-    std::fill(words + count, words + count + STEP, none);
+    read.strange = !NumberWords(bases, length, plan.pattlen, words);
     for (int k = 0; k < MOST_SEEDS; ++k) {
         read.seed_words[k] = k < read.seeds ? words[k * plan.pattlen] : none;
         read.odd |= k < read.seeds && read.seed_words[k] == none;
@@ -58,12 +54,12 @@ void LayOut(const std::vector<Read>& reads, int type, detail::SeedPlan plan, Lai
     for (int i = laid.start; i < laid.end; ++i) {
         laid.longest = std::max(laid.longest, static_cast<int>(reads[i].seq.size()));
     }
-    const std::size_t room = static_cast<std::size_t>(laid.longest) + BASES_A_STEP;
+    const std::size_t room = static_cast<std::size_t>(laid.longest) + BASES_BEHIND;
     std::size_t total_bases = 0;
     std::size_t total_words = 0;
     for (const Read& read : reads) {
         total_bases += read.seq.size() + room;
-        total_words += read.seq.size() + STEP + 1;
+        total_words += read.seq.size() + WORDS_BEHIND;
     }
     if (laid.bases.size() < total_bases) laid.bases.resize(total_bases);
     if (laid.words.size() < total_words) laid.words.resize(total_words);
@@ -74,7 +70,7 @@ void LayOut(const std::vector<Read>& reads, int type, detail::SeedPlan plan, Lai
     for (const Read& read : reads) {
         laid.reads.push_back(LayOutRead(read.seq, plan, bases, words));
         bases += read.seq.size() + room;
-        words += read.seq.size() + STEP + 1;
+        words += read.seq.size() + WORDS_BEHIND;
     }
 }
 

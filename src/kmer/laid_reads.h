@@ -21,7 +21,7 @@ const int MOST_SEEDS = 8;  ///< seeds a read, of the overlap finders
 struct LaidRead {
     const std::string* seq;
     char* bases;           ///< the same, with room behind for all steps of a comparison
-    std::uint16_t* words;  ///< see NumberWords(); behind the last word stands NoWord(), a vector at least
+    std::uint16_t* words;  ///< see NumberWords()
     int length;            ///< bases
     int seeds;             ///< seeds that fit into it
     bool strange;          ///< a byte is no upper-case base

@@ -36,12 +36,17 @@ struct OpenMatrix::State {
     std::vector<std::uint8_t*> rows{};
     std::vector<std::uint8_t> settled{};  // by read: all its pairs are known
 
-    /// The matrix of num reads, all cells 0.
+    /// The rows of num reads, with the cells of the first and the last read 0. The others are written by Release().
     void MakeCells(int num) {
         const std::size_t width = static_cast<std::size_t>(num);
-        cells.assign(width * width, 0);
+        cells.resize(width * width);
         rows.resize(width);
-        for (std::size_t i = 0; i < width; ++i) rows[i] = cells.data() + i * width;
+        for (std::size_t i = 0; i < width; ++i) {
+            rows[i] = cells.data() + i * width;
+            rows[i][0] = rows[i][width - 1] = 0;
+        }
+        std::memset(rows.front(), 0, width);
+        std::memset(rows.back(), 0, width);
     }
 
     /// The block whose overlaps are sought.

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 namespace lintara {
@@ -14,6 +13,8 @@ namespace lintara {
 const int SHORTEST_WORD = 4;          ///< bases
 const int LONGEST_WORD = 7;           ///< bases; a table has an entry for each word
 const int LONGEST_TABLED_READ = 255;  ///< bases of a read that FirstPlaces takes
+const int WORDS_BEHIND = 16;          ///< entries behind the words of a sequence
+const int BASES_BEHIND = 32;          ///< bytes behind its bases
 
 /// The number that stands for "no word here".
 inline std::uint16_t NoWord(int pattlen) {
@@ -22,11 +23,12 @@ inline std::uint16_t NoWord(int pattlen) {
 
 /// Numbers the words of a sequence.
 ///
+/// @param bases    length bytes and BASES_BEHIND that can be read behind them
 /// @param pattlen  bases of a word, SHORTEST_WORD to LONGEST_WORD
-/// @param words    out: |seq| entries; entry i is the word at i, NoWord() where a byte is no upper-case base. The last
-///                 pattlen - 1 entries are undefined.
+/// @param words    out: length + WORDS_BEHIND entries; entry i is the word at i, NoWord() where a byte is no upper-case
+///                 base, and where no whole word is left
 /// @return whether all bytes are upper-case bases
-bool NumberWords(const std::string& seq, int pattlen, std::uint16_t* words);
+bool NumberWords(const char* bases, int length, int pattlen, std::uint16_t* words);
 
 /// Leftmost place of each word of one read at a time.
 class FirstPlaces {

@@ -112,10 +112,18 @@ TEST_F(PairOverlap, LeavesToThePlainSearchWhatTheWordsDoNotCover) {
     EXPECT_FALSE(WordsCover({edge, usual, edge}, 1, 3));
 }
 
+/// The words of four bases.
+std::vector<std::uint16_t> Words(const std::string& seq) {
+    const std::string bases = seq + std::string(BASES_BEHIND, '?');
+    std::vector<std::uint16_t> words(seq.size() + WORDS_BEHIND);
+    EXPECT_EQ(NumberWords(bases.data(), static_cast<int>(seq.size()), 4, words.data()),
+              seq.find_first_not_of("ACGT") == std::string::npos);
+    return words;
+}
+
 TEST_F(PairOverlap, WordsAreNumberedByTheirBytes) {
     const std::string seq = "ACGTACGTNACGTAaCGTA";
-    std::vector<std::uint16_t> words(seq.size());
-    EXPECT_FALSE(NumberWords(seq, 4, words.data()));
+    const std::vector<std::uint16_t> words = Words(seq);
     for (std::size_t i = 0; i + 4 <= seq.size(); ++i) {
         const std::string word = seq.substr(i, 4);
         const bool is_word = word.find_first_not_of("ACGT") == std::string::npos;
@@ -133,13 +141,11 @@ TEST_F(PairOverlap, LeftmostPlaceOfAWordIsFoundInEachReadOfMany) {
         std::string seq;
         const int length = testing::Uniform(random, 4, LONGEST_TABLED_READ);
         for (int i = 0; i < length; ++i) seq += "ACGTN"[random() % 41 / 10];
-        std::vector<std::uint16_t> words(seq.size());
-        NumberWords(seq, 4, words.data());
+        const std::vector<std::uint16_t> words = Words(seq);
         places.Enter(words.data(), length, 4);
         std::string other;
         for (int i = 0; i < 60; ++i) other += base[random() % 4];
-        std::vector<std::uint16_t> sought(other.size());
-        NumberWords(other, 4, sought.data());
+        const std::vector<std::uint16_t> sought = Words(other);
         for (int i = 0; i + 4 <= 60; ++i) {
             const std::size_t place = seq.find(other.substr(i, 4));
             EXPECT_EQ(places.Find(sought[i]), place == std::string::npos ? -1 : static_cast<int>(place));
