@@ -12,10 +12,10 @@ namespace {
 
 using namespace consensus;
 
-char PathVote(char seq_base, int posit, const Column& column, std::string& text) {
+Verdict PathVote(char seq_base, const Column& column) {
     const Winner winner = MostFrequent(column);
-    AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.value);
-    return ClearWinner(winner.bases, seq_base, winner.ratio);
+    return {winner.bases, Marker(winner.bases, seq_base), winner.value,
+            ClearWinner(winner.bases, seq_base, winner.ratio)};
 }
 
 // A later placement overwrites an earlier one, and each placement counts: the result is their number.
@@ -33,25 +33,26 @@ int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix,
         placing.Set(static_cast<std::size_t>(order[k]), offset);
         ++valued_read_num;
         // The successors off the path are witnesses too.
-        for (std::size_t r = 0; r < reads.size(); ++r) {
-            const int over = matrix[order[k]][r];
-            if (over == 0) continue;
+        EachRightOf(matrix[order[k]], reads.size(), [&](std::size_t r, int over) {
             placing.Set(r, Length(path_read) - over + offset);
             ++valued_read_num;
-        }
+        });
     }
     return valued_read_num;
 }
 
-bool ReadAgrees(const std::string& seq, const ReadMap& read, const std::string& tmp_seq) {
+int PlaceIn(const ReadMap& read, const std::string& tmp_seq) {
     const auto placed = read.find(&tmp_seq);
-    const int start = placed == read.end() ? 0 : placed->second;
+    return placed == read.end() ? 0 : placed->second;
+}
+
+}  // namespace
+
+bool consensus::ReadAgrees(const std::string& seq, const std::string& tmp_seq, int start) {
     const int compared = std::min(Length(tmp_seq), Length(seq));
     const int same_base_num = SameBases(tmp_seq, 0, seq, start, compared);
     return compared != 0 && static_cast<double>(same_base_num) / compared > 0.9;
 }
-
-}  // namespace
 
 std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const std::vector<int>& order, int posit,
                         const int* end, int threadId) {
@@ -98,7 +99,7 @@ void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, c
     seq = before + seq + after;
     snp[threadId] << "value base for each position\n";
     int unsame_base_num = 0;
-    VoteColumns(seq, 0, Length(seq), placing.Map(), threadId, PathVote, [&](int posit, char voted) {
+    VoteColumns(seq, 0, Length(seq), placing.Reads(), threadId, PathVote, [&](int posit, char voted) {
         if (voted == seq[posit] || voted == 'N') return;
         ++unsame_base_num;
         seq[posit] = voted;
@@ -115,12 +116,12 @@ char value_base(char seq_base, int posit, const ReadMap& read, int threadId) {
 
 bool LastOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                     const std::vector<int>& order) {
-    return !order.empty() && ReadAgrees(seq, read, reads[order.back()].seq);
+    return !order.empty() && ReadAgrees(seq, reads[order.back()].seq, PlaceIn(read, reads[order.back()].seq));
 }
 
 bool FirstOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                      const std::vector<int>& order) {
-    return !order.empty() && ReadAgrees(seq, read, reads[order.front()].seq);
+    return !order.empty() && ReadAgrees(seq, reads[order.front()].seq, PlaceIn(read, reads[order.front()].seq));
 }
 
 }  // namespace lintara
