@@ -1,9 +1,9 @@
 #include "consensus/path.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include "consensus/placing.h"
+#include "run/record_text.h"
 #include "run/streams.h"
 
 namespace lintara {
@@ -57,7 +57,7 @@ bool consensus::ReadAgrees(const std::string& seq, const std::string& tmp_seq, i
 std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const std::vector<int>& order, int posit,
                         const int* end, int threadId) {
     if (order.empty()) return "";
-    std::ofstream& log = logFile[threadId];
+    LogText log(threadId);
     const int num = static_cast<int>(reads.size());
     const int order_size = static_cast<int>(order.size());
     std::string seq = reads[order[0]].seq;

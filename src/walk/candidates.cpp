@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "align/search.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 
 namespace lintara {
 
@@ -94,7 +94,7 @@ void RemoveUnlinked(std::vector<int>& accept, Linked linked) {
 }
 
 void LogLeftByPosition(const std::vector<int>& accept, int threadId) {
-    logFile[threadId] << "After pos clean, left accept: " << accept.size() << '\n';
+    LogText(threadId) << "After pos clean, left accept: " << accept.size() << '\n';
 }
 
 }  // namespace
@@ -213,24 +213,24 @@ bool Vecfind(const std::vector<int>& starts, int start) {
 // ---- cleaning ------------------------------------------------------------------------------------------------------
 
 void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId) {
-    logFile[threadId] << "Before clean: " << accept.size() << '\n';
+    LogText(threadId) << "Before clean: " << accept.size() << '\n';
     RemoveUnlinked(accept, [&](int a, int b) { return matrix[a][b] != 0 || matrix[b][a] != 0; });
-    logFile[threadId] << "after clean: " << accept.size() << '\n';
+    LogText(threadId) << "after clean: " << accept.size() << '\n';
 }
 
 bool clean_accept(std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix, bool& clean,
                   int threadId) {
     if (accept.empty()) return false;
     const int num = Size(accept);
-    logFile[threadId] << "Before full match clean: " << num << '\n';
+    LogText(threadId) << "Before full match clean: " << num << '\n';
     RemoveUnlinked(accept, [&](int a, int b) {
         double ratio = 0;
         if (matrix[a][b] != 0) ratio = GetMatchRatio(reads[a].seq, reads[b].seq, matrix[a][b]);
         if (matrix[b][a] != 0) ratio = GetMatchRatio(reads[b].seq, reads[a].seq, matrix[b][a]);
         return ratio == 1.0;
     });
-    logFile[threadId] << "Accept left ratio: " << static_cast<double>(Size(accept)) / num
-                      << "\taccept left num: " << accept.size() << "\ttotal num: " << num << '\n';
+    LogText(threadId) << "Accept left ratio: " << RatioOf{Size(accept), num} << "	accept left num: " << accept.size()
+                      << "\ttotal num: " << num << '\n';
     clean = false;
     return Size(accept) != num;
 }
