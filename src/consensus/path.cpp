@@ -70,7 +70,7 @@ std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const s
     for (; i < order_size; ++i) {
         const std::string& next = reads[order[i]].seq;
         const int over = matrix[order[i - 1]][order[i]];
-        seq += From(next, over);
+        seq.append(next, std::min(next.size(), static_cast<std::size_t>(std::max(over, 0))));
         log << '\n' << order[i] << "\tlength: " << next.size() << "\tafter: " << order[i - 1] << "\toverlap: " << over;
     }
     log << '\n' << i << " order element used to creat get the gap sequence\n";
