@@ -15,7 +15,9 @@ namespace {
 
 using namespace consensus;
 
-Verdict StrictVote(char seq_base, const Column& column) {
+// The votes are objects, so that each loop over columns takes its vote in.
+
+const auto StrictVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
     char bases = winner.value >= 2 ? winner.bases : 'N';
     if (bases != seq_base) {
@@ -28,13 +30,13 @@ Verdict StrictVote(char seq_base, const Column& column) {
         }
     }
     return {bases, Marker(bases, seq_base), winner.value, ClearWinner(bases, seq_base, winner.ratio)};
-}
+};
 
-Verdict PlainVote(char seq_base, const Column& column) {
+const auto PlainVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
     const char bases = winner.value >= 2 ? winner.bases : 'N';
     return {bases, Marker(bases, seq_base), winner.value, ClearWinner(bases, seq_base, winner.ratio)};
-}
+};
 
 // An N at position 0 is left alone.
 void CutAtFirstN(std::string& seq) {

@@ -12,11 +12,13 @@ namespace {
 
 using namespace consensus;
 
-Verdict PathVote(char seq_base, const Column& column) {
+// The votes are objects, so that each loop over columns takes its vote in.
+
+const auto PathVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
     return {winner.bases, Marker(winner.bases, seq_base), winner.value,
             ClearWinner(winner.bases, seq_base, winner.ratio)};
-}
+};
 
 // A later placement overwrites an earlier one, and each placement counts: the result is their number.
 int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
