@@ -1,10 +1,11 @@
 // Consensus columns: the placed reads of a path, the base counts of a column, and its record in the snp file.
 //
-// Consensus starts by placing reads: the read map says for each placed read where its first base stands in the full
-// consensus string. A column is then voted on by the reads that cover it, and whoever votes decides by its own rule
-// which base wins; counting and writing are the same for all and stand here.
+// Consensus starts by placing reads: a placed read says where its first base stands in the full consensus string. A
+// column is then voted on by the reads that cover it, and whoever votes decides by its own rule which base wins;
+// counting and writing are the same for all and stand here and in column_counts.h.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -12,13 +13,16 @@
 #include <vector>
 
 #include "align/piece.h"
+#include "consensus/column_counts.h"
+#include "run/record_text.h"
+#include "run/settings.h"
 #include "run/streams.h"
 #include "store/gap.h"
 
 namespace lintara {
 
-/// The placed reads: from a read's seq, by its address, to the offset of its first base in the consensus, 0-based. An
-/// offset can be negative: the read then begins in front of the consensus. A read stands in it at most once.
+/// Placed reads by the address of a read's seq: the offset of its first base in the consensus, 0-based. An offset can
+/// be negative: the read then begins in front of the consensus. A read stands in it at most once.
 using ReadMap = std::map<const std::string*, int>;
 
 /// The overlap matrix as consensus sees it: it is only read. See kmer/overlap_matrix.h.
@@ -26,10 +30,10 @@ using Overlaps = const std::uint8_t* const*;
 
 namespace consensus {
 
-/// What the reads say about one column.
-struct Column {
-    int num[4] = {0, 0, 0, 0};  ///< reads for A, C, G and T
-    int read_num = 0;           ///< covering reads; those with N count here only
+/// One placed read, as an entry of a ReadMap.
+struct PlacedRead {
+    const std::string* seq;
+    int start;  ///< offset of its first base in the consensus
 };
 
 /// The base with most reads.
@@ -39,65 +43,99 @@ struct Winner {
     double ratio = 0;  ///< its share of the covering reads, 0..1; 0 when there are none
 };
 
+/// What a vote makes of a column.
+struct Verdict {
+    char bases;               ///< the called base, as the record tells it
+    std::string_view marker;  ///< stands behind it in the record, 3 characters at most
+    int value;                ///< count of the winner
+    char held;                ///< the voted base
+};
+
 /// Counts one column by looking at every placed read.
 Column CountColumn(int posit, const ReadMap& read);
 
 /// Counts the columns from first up to last (not included) at once; entry 0 is column first.
 std::vector<Column> CountColumns(int first, int last, const ReadMap& read);
 
-Winner MostFrequent(const Column& column);
+inline Winner MostFrequent(const Column& column) {
+    // A count and, below it, how early its letter comes: the largest of the four without a branch.
+    std::uint64_t most = 0;
+    for (unsigned code = 0; code < 4; ++code) {
+        most = std::max(most, std::uint64_t{static_cast<unsigned>(column.num[code])} << 2 | (3 - code));
+    }
+    Winner winner;
+    winner.value = static_cast<int>(most >> 2);
+    winner.bases = winner.value > 0 ? base[3 - (most & 3)] : 'N';
+    if (column.read_num > 0) winner.ratio = static_cast<double>(winner.value) / column.read_num;
+    return winner;
+}
 
-/// Adds one record to text: the column's place and four counts, each followed by a tab; the called base, marker and
-/// the path's base; a tab, the covering reads, a tab, the share of them that the winner has.
+/// Room for what WriteRecord() writes at most.
+const int kRecordRoom = 6 * (kNumberRoom + 1) + kRatioSize + 8;
+
+/// Writes one record: the column's place and four counts, each followed by a tab; the called base, marker and the
+/// path's base; a tab, the covering reads, a tab, the share of them that the winner has.
 ///
 /// @param value  count of the winner
+/// @return the end of the text
+char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
+                  int value);
+
+/// Adds one record to text.
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,
                   char seq_base, int value);
 
-/// Bytes of a usual record, rather more than less.
-const std::size_t kRecordSize = 36;
-
-/// Room for what WriteRatio() writes at most.
-const int kRatioSize = 16;
-
-/// Writes value / read_num, or 0 over no reads, as a stream prints a double by default. @return the end of the text
-char* WriteRatio(char* to, int value, int read_num);
-
 /// The marker of a record: dashes when the called base is the path's, blanks when the column is a candidate variant.
 inline std::string_view Marker(char bases, char seq_base) {
-    return bases == seq_base ? "---" : "   ";
+    return {bases == seq_base ? "---" : "   ", 3};
 }
 
 /// A base is only changed when the winner has 70 percent of all covering reads.
 inline char ClearWinner(char bases, char seq_base, double ratio) {
-    return ratio < 0.7 && bases != seq_base ? seq_base : bases;
+    return bases != seq_base && ratio < 0.7 ? seq_base : bases;
 }
 
 /// Votes on one column and writes its record.
 ///
-/// @param vote  char(char seq_base, int posit, const Column&, std::string& text): adds the record to text
+/// @param vote  Verdict(char seq_base, const Column&)
 /// @return the voted base
 template <typename Vote>
 char VoteColumn(char seq_base, int posit, const ReadMap& read, int threadId, Vote vote) {
-    std::string text;
-    const char voted = vote(seq_base, posit, CountColumn(posit, read), text);
-    snp[threadId] << text;
-    return voted;
+    const Column column = CountColumn(posit, read);
+    const Verdict verdict = vote(seq_base, column);
+    char record[kRecordRoom];
+    const char* const end = WriteRecord(record, posit, column, verdict.bases, verdict.marker, seq_base, verdict.value);
+    snp[threadId].write(record, end - record);
+    return verdict.held;
 }
 
 /// Votes on the columns of seq from first up to last (not included) in order and writes their records.
 ///
-/// @param vote  as in VoteColumn()
-/// @param keep  void(int posit, char voted): what becomes of the voted base; it may change seq in that column
-template <typename Vote, typename Keep>
-void VoteColumns(const std::string& seq, int first, int last, const ReadMap& read, int threadId, Vote vote, Keep keep) {
-    const std::vector<Column> columns = CountColumns(first, last, read);
-    std::string text;
-    text.reserve(columns.size() * kRecordSize);
+/// @param reads  a ReadMap or a list of PlacedRead; the order of the reads is of no weight
+/// @param vote   as in VoteColumn()
+/// @param keep   void(int posit, char voted): what becomes of the voted base; it may change seq in that column
+template <typename Reads, typename Vote, typename Keep>
+void VoteColumns(const std::string& seq, int first, int last, const Reads& reads, int threadId, Vote vote, Keep keep) {
+    ColumnCounts& counts = SpareCounts();
+    counts.Begin(first, last);
+    for (const auto& [placed, start] : reads) counts.Add(*placed, start);
+    // Records gather up to a fixed size, whatever the number of columns.
+    const int kGathered = 1 << 13;
+    char text[kGathered + kRecordRoom];
+    char* to = text;
+    int covering = 0;
     for (int posit = first; posit < last; ++posit) {
-        keep(posit, vote(seq[posit], posit, columns[posit - first], text));
+        const Column column = counts.Next(posit - first, covering);
+        const char seq_base = seq[posit];
+        const Verdict verdict = vote(seq_base, column);
+        to = WriteRecord(to, posit, column, verdict.bases, verdict.marker, seq_base, verdict.value);
+        keep(posit, verdict.held);
+        if (to - text >= kGathered) {
+            snp[threadId].write(text, to - text);
+            to = text;
+        }
     }
-    snp[threadId] << text;
+    snp[threadId].write(text, to - text);
 }
 
 /// The line that closes the records of one path.
@@ -110,6 +148,9 @@ void WriteFinish(int valued_read_num, int unsame_base_num, int threadId);
 /// Counts the equal bases of a[a_start ...] and b[b_start ...] over len columns. A column that lies outside one of
 /// them is unequal.
 int SameBases(const std::string& a, int a_start, const std::string& b, int b_start, int len);
+
+/// Whether a read that begins at start agrees with the finished consensus in more than 90 percent of its bases.
+bool ReadAgrees(const std::string& seq, const std::string& tmp_seq, int start);
 
 }  // namespace consensus
 }  // namespace lintara

@@ -16,7 +16,9 @@ namespace {
 
 using namespace consensus;
 
-char StrictVote(char seq_base, int posit, const Column& column, std::string& text) {
+// The votes are objects, so that each loop over columns takes its vote in.
+
+const auto StrictVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
     char bases = winner.value >= 2 ? winner.bases : 'N';
     if (bases != seq_base) {
@@ -28,16 +30,14 @@ char StrictVote(char seq_base, int posit, const Column& column, std::string& tex
             bases = 'N';
         }
     }
-    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.value);
-    return ClearWinner(bases, seq_base, winner.ratio);
-}
+    return {bases, Marker(bases, seq_base), winner.value, ClearWinner(bases, seq_base, winner.ratio)};
+};
 
-char PlainVote(char seq_base, int posit, const Column& column, std::string& text) {
+const auto PlainVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
     const char bases = winner.value >= 2 ? winner.bases : 'N';
-    AppendRecord(text, posit, column, bases, Marker(bases, seq_base), seq_base, winner.value);
-    return ClearWinner(bases, seq_base, winner.ratio);
-}
+    return {bases, Marker(bases, seq_base), winner.value, ClearWinner(bases, seq_base, winner.ratio)};
+};
 
 // An N at position 0 is left alone.
 void CutAtFirstN(std::string& seq) {
@@ -60,10 +60,12 @@ int Step(const std::vector<int>& order, std::size_t o, Overlaps matrix, const st
 // ---- A path from the before edge ----
 
 struct BeforePlaces {
-    ReadMap read;
+    std::vector<PlacedRead> reads;
+    int last_of_order = 0;  // where the last read of the order begins
     int valued_read_num = 0;
-    int last_id = -1;   // the read that runs furthest past the path among those with a good overlap
-    int last_tail = 0;  // where it ends
+    int last_id = -1;    // the read that runs furthest past the path among those with a good overlap
+    int last_tail = 0;   // where it ends
+    int last_start = 0;  // where it begins
 };
 
 // A placed read is placed anew only by a path read that its own estimated position puts in front of it, not too far.
@@ -82,10 +84,9 @@ BeforePlaces PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, con
         const Read& path_read = reads[order[o]];
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++places.valued_read_num;
-        for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = Cell(matrix, order[o], i);
-            if (over == 0) continue;
-            if (placing.Has(i) && KeepsPlace(path_read, reads[i])) continue;
+        SettleRow(matrix, order[o]);
+        EachRightOf(matrix[order[o]], reads.size(), [&](std::size_t i, int over) {
+            if (placing.Has(i) && KeepsPlace(path_read, reads[i])) return;
             const int offset = Length(path_read.seq) - over + iter_len;
             placing.Set(i, offset);
             ++places.valued_read_num;
@@ -94,14 +95,17 @@ BeforePlaces PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, con
                 places.last_tail = tail;
                 places.last_id = static_cast<int>(i);
             }
-        }
+        });
     }
-    places.read = placing.Map();
+    places.reads = placing.Reads();
+    if (!order.empty()) places.last_of_order = placing.Offset(static_cast<std::size_t>(order.back()));
+    if (places.last_id != -1) places.last_start = placing.Offset(static_cast<std::size_t>(places.last_id));
     return places;
 }
 
 // Returns the number of columns inside the edge whose vote differs; such a column is never changed.
-int VoteBehindEdge(std::string& seq, int before_len, const ReadMap& read, bool noreadbreak, int threadId) {
+int VoteBehindEdge(std::string& seq, int before_len, const std::vector<PlacedRead>& placed, bool noreadbreak,
+                   int threadId) {
     int unsame_base_num = 0;
     const auto keep = [&](int posit, char voted) {
         if (posit < before_len) {
@@ -111,9 +115,9 @@ int VoteBehindEdge(std::string& seq, int before_len, const ReadMap& read, bool n
         }
     };
     if (noreadbreak) {
-        VoteColumns(seq, 0, Length(seq), read, threadId, PlainVote, keep);
+        VoteColumns(seq, 0, Length(seq), placed, threadId, PlainVote, keep);
     } else {
-        VoteColumns(seq, 0, Length(seq), read, threadId, StrictVote, keep);
+        VoteColumns(seq, 0, Length(seq), placed, threadId, StrictVote, keep);
         CutAtFirstN(seq);
     }
     return unsame_base_num;
@@ -129,7 +133,7 @@ void ExtendTail(std::string& seq, const BeforePlaces& places, const std::vector<
     log << "lastid : " << last_id << '\t' << places.last_tail << '\n';
     if (last_id != -1) {
         log << "last read: " << reads[last_id].seq << '\n';
-        offset = places.read.at(&reads[last_id].seq);
+        offset = places.last_start;
         if (offset > 0) len = Length(seq) - offset;
         if (len < 1) {
             log << "Position error!\t" << seq.size() << '\t' << offset << '\n';
@@ -137,7 +141,8 @@ void ExtendTail(std::string& seq, const BeforePlaces& places, const std::vector<
         }
     }
     log << "len: " << len << "\tstart last order check!\n";
-    if (!LastOrderCheck(seq, places.read, reads, order) || last_id == -1) return;
+    if (order.empty() || last_id == -1) return;
+    if (!ReadAgrees(seq, reads[order.back()].seq, places.last_of_order)) return;
     log << "last order check passed!\n";
     if (Cell(matrix, order.back(), last_id) == 0) return;
     const std::string& last_read = reads[last_id].seq;
@@ -212,7 +217,8 @@ int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vect
     return valued_read_num;
 }
 
-int VoteBeforeEdge(std::string& seq, int after_len, const ReadMap& read, bool with_head, int threadId) {
+int VoteBeforeEdge(std::string& seq, int after_len, const std::vector<PlacedRead>& placed, bool with_head,
+                   int threadId) {
     int unsame_base_num = 0;
     const int edge_start = Length(seq) - after_len;
     const auto keep = [&](int posit, char voted) {
@@ -223,9 +229,9 @@ int VoteBeforeEdge(std::string& seq, int after_len, const ReadMap& read, bool wi
         }
     };
     if (with_head) {
-        VoteColumns(seq, 0, Length(seq), read, threadId, PlainVote, keep);
+        VoteColumns(seq, 0, Length(seq), placed, threadId, PlainVote, keep);
     } else {
-        VoteColumns(seq, 0, Length(seq), read, threadId, StrictVote, keep);
+        VoteColumns(seq, 0, Length(seq), placed, threadId, StrictVote, keep);
     }
     // Unlike the before form, both votes cut.
     CutUpToLastN(seq);
@@ -234,9 +240,11 @@ int VoteBeforeEdge(std::string& seq, int after_len, const ReadMap& read, bool wi
 
 // Removes the added head again when its read doesn't agree with the path. A path whose own first read fails its check
 // keeps the head.
-void CheckHead(std::string& seq, const HeadRead& head, const ReadMap& read, const std::vector<int>& order,
+void CheckHead(std::string& seq, const HeadRead& head, const Placing& placing, const std::vector<int>& order,
                const std::vector<Read>& reads, int threadId) {
-    if (head.first_id == -1 || !FirstOrderCheck(seq, read, reads, order)) return;
+    const int first = order.front();
+    if (head.first_id == -1) return;
+    if (!ReadAgrees(seq, reads[first].seq, placing.Offset(static_cast<std::size_t>(first)))) return;
     std::ofstream& log = logFile[threadId];
     log << "first order check passed!\n";
     const std::string& head_read = reads[head.first_id].seq;
@@ -259,8 +267,8 @@ void Get_snp_before(std::string& seq, const std::vector<int>& order, Overlaps ma
     const int before_len = Length(reads[0].seq);
     snp[threadId] << "value base for each position\t" << before_len << '\n';
     int unsame_base_num = 0;
-    if (places.read.size() > 2) {
-        unsame_base_num = VoteBehindEdge(seq, before_len, places.read, noreadbreak, threadId);
+    if (places.reads.size() > 2) {
+        unsame_base_num = VoteBehindEdge(seq, before_len, places.reads, noreadbreak, threadId);
     }
     if (noreadbreak) ExtendTail(seq, places, order, matrix, reads, threadId);
 
@@ -284,7 +292,7 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
     Placing placing(reads);
     if (head.first_id != -1) AddHead(seq, head, order[0], matrix, reads, placing, threadId);
     const int valued_read_num = PlaceToAfter(order, matrix, reads, head, placing, threadId);
-    const ReadMap read = placing.Map();
+    const std::vector<PlacedRead> placed = placing.Reads();
 
     const std::string& last_seq = reads[reads.size() - 1].seq;
     int after_len = Length(last_seq);
@@ -292,9 +300,9 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
     snp[threadId] << "value base for each position\n";
     log << "add tail: " << seq << '\t' << seq.size() << '\n';
     int unsame_base_num = 0;
-    if (read.size() > 2) unsame_base_num = VoteBeforeEdge(seq, after_len, read, head.first_id != -1, threadId);
+    if (placed.size() > 2) unsame_base_num = VoteBeforeEdge(seq, after_len, placed, head.first_id != -1, threadId);
     log << "after value: " << seq << '\t' << seq.size() << '\n';
-    CheckHead(seq, head, read, order, reads, threadId);
+    CheckHead(seq, head, placing, order, reads, threadId);
 
     log << "before cut: " << seq << '\t' << seq.size() << '\n';
     if (head.first_id != -1) {
@@ -319,18 +327,17 @@ void Get_snp_middle(std::string& seq, const std::vector<int>& order, Overlaps ma
         const Read& path_read = reads[order[o]];
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++valued_read_num;
-        for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = Cell(matrix, order[o], i);
-            if (over == 0) continue;
+        SettleRow(matrix, order[o]);
+        EachRightOf(matrix[order[o]], reads.size(), [&](std::size_t i, int over) {
             const bool fresh = !placing.Has(i);
-            if (!fresh && path_read.pos >= reads[i].pos) continue;
+            if (!fresh && path_read.pos >= reads[i].pos) return;
             placing.Set(i, Length(path_read.seq) - over + iter_len);
             // Unlike in the edge forms, placing a read anew isn't counted.
             if (fresh) ++valued_read_num;
-        }
+        });
     }
     snp[threadId] << "value base for each position\n";
-    VoteColumns(seq, 0, Length(seq), placing.Map(), threadId, StrictVote, [&](int posit, char voted) {
+    VoteColumns(seq, 0, Length(seq), placing.Reads(), threadId, StrictVote, [&](int posit, char voted) {
         if (voted != 'N') seq[posit] = voted;
     });
     logFile[threadId] << "Get snp finished!\n";

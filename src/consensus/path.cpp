@@ -1,10 +1,10 @@
 #include "consensus/path.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include "consensus/placing.h"
 #include "kmer/open_matrix.h"
+#include "run/record_text.h"
 #include "run/streams.h"
 
 namespace lintara {
@@ -13,11 +13,13 @@ namespace {
 
 using namespace consensus;
 
-char PathVote(char seq_base, int posit, const Column& column, std::string& text) {
+// The votes are objects, so that each loop over columns takes its vote in.
+
+const auto PathVote = [](char seq_base, const Column& column) -> Verdict {
     const Winner winner = MostFrequent(column);
-    AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.value);
-    return ClearWinner(winner.bases, seq_base, winner.ratio);
-}
+    return {winner.bases, Marker(winner.bases, seq_base), winner.value,
+            ClearWinner(winner.bases, seq_base, winner.ratio)};
+};
 
 // A later placement overwrites an earlier one, and each placement counts: the result is their number.
 int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
@@ -34,30 +36,32 @@ int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix,
         placing.Set(static_cast<std::size_t>(order[k]), offset);
         ++valued_read_num;
         // The successors off the path are witnesses too.
-        for (std::size_t r = 0; r < reads.size(); ++r) {
-            const int over = Cell(matrix, order[k], r);
-            if (over == 0) continue;
+        SettleRow(matrix, order[k]);
+        EachRightOf(matrix[order[k]], reads.size(), [&](std::size_t r, int over) {
             placing.Set(r, Length(path_read) - over + offset);
             ++valued_read_num;
-        }
+        });
     }
     return valued_read_num;
 }
 
-bool ReadAgrees(const std::string& seq, const ReadMap& read, const std::string& tmp_seq) {
+int PlaceIn(const ReadMap& read, const std::string& tmp_seq) {
     const auto placed = read.find(&tmp_seq);
-    const int start = placed == read.end() ? 0 : placed->second;
+    return placed == read.end() ? 0 : placed->second;
+}
+
+}  // namespace
+
+bool consensus::ReadAgrees(const std::string& seq, const std::string& tmp_seq, int start) {
     const int compared = std::min(Length(tmp_seq), Length(seq));
     const int same_base_num = SameBases(tmp_seq, 0, seq, start, compared);
     return compared != 0 && static_cast<double>(same_base_num) / compared > 0.9;
 }
 
-}  // namespace
-
 std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const std::vector<int>& order, int posit,
                         const int* end, int threadId) {
     if (order.empty()) return "";
-    std::ofstream& log = logFile[threadId];
+    LogText log(threadId);
     const int num = static_cast<int>(reads.size());
     const int order_size = static_cast<int>(order.size());
     std::string seq = reads[order[0]].seq;
@@ -70,7 +74,7 @@ std::string get_gap_seq(Overlaps matrix, const std::vector<Read>& reads, const s
     for (; i < order_size; ++i) {
         const std::string& next = reads[order[i]].seq;
         const int over = Cell(matrix, order[i - 1], order[i]);
-        seq += From(next, over);
+        seq.append(next, std::min(next.size(), static_cast<std::size_t>(std::max(over, 0))));
         log << '\n' << order[i] << "\tlength: " << next.size() << "\tafter: " << order[i - 1] << "\toverlap: " << over;
     }
     log << '\n' << i << " order element used to creat get the gap sequence\n";
@@ -99,7 +103,7 @@ void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, c
     seq = before + seq + after;
     snp[threadId] << "value base for each position\n";
     int unsame_base_num = 0;
-    VoteColumns(seq, 0, Length(seq), placing.Map(), threadId, PathVote, [&](int posit, char voted) {
+    VoteColumns(seq, 0, Length(seq), placing.Reads(), threadId, PathVote, [&](int posit, char voted) {
         if (voted == seq[posit] || voted == 'N') return;
         ++unsame_base_num;
         seq[posit] = voted;
@@ -116,12 +120,12 @@ char value_base(char seq_base, int posit, const ReadMap& read, int threadId) {
 
 bool LastOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                     const std::vector<int>& order) {
-    return !order.empty() && ReadAgrees(seq, read, reads[order.back()].seq);
+    return !order.empty() && ReadAgrees(seq, reads[order.back()].seq, PlaceIn(read, reads[order.back()].seq));
 }
 
 bool FirstOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                      const std::vector<int>& order) {
-    return !order.empty() && ReadAgrees(seq, read, reads[order.front()].seq);
+    return !order.empty() && ReadAgrees(seq, reads[order.front()].seq, PlaceIn(read, reads[order.front()].seq));
 }
 
 }  // namespace lintara

@@ -1,8 +1,10 @@
-// Where the reads of a block stand while a path is walked along: a place is set and asked for many times before the
-// votes take the places over as a ReadMap, so here they lie in an array by read number.
+// Where the reads of a block stand while a path is walked along. A place is set and asked for many times before the
+// votes take the places over, so they lie in an array by read number, in place of a map by the address of the read.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "consensus/column.h"
@@ -22,13 +24,17 @@ class Placing {
         offsets_[read] = offset;
     }
 
-    ReadMap Map() const {
-        ReadMap map;
-        // Neighbours in an array ascend in address too, so each goes to the end of the map.
+    /// Where a read has been placed, 0 for one that has not.
+    int Offset(std::size_t read) const { return offsets_[read]; }
+
+    /// The placed reads by ascending number.
+    std::vector<PlacedRead> Reads() const {
+        std::vector<PlacedRead> placed;
+        placed.reserve(reads_.size());
         for (std::size_t i = 0; i < reads_.size(); ++i) {
-            if (placed_[i] != 0) map.emplace_hint(map.end(), &reads_[i].seq, offsets_[i]);
+            if (placed_[i] != 0) placed.push_back({&reads_[i].seq, offsets_[i]});
         }
-        return map;
+        return placed;
     }
 
   private:
@@ -36,5 +42,23 @@ class Placing {
     std::vector<int> offsets_;
     std::vector<char> placed_;
 };
+
+/// Calls visit(std::size_t read, int over) with each read that overlaps on the right of the matrix's row, by ascending
+/// number. Most cells are 0, so eight are looked at together.
+template <typename Visit>
+void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
+    std::size_t i = 0;
+    for (; i + sizeof(std::uint64_t) <= num; i += sizeof(std::uint64_t)) {
+        std::uint64_t cells = 0;
+        std::memcpy(&cells, row + i, sizeof cells);
+        if (cells == 0) continue;
+        for (std::size_t k = i; k < i + sizeof cells; ++k) {
+            if (row[k] != 0) visit(k, int{row[k]});
+        }
+    }
+    for (; i < num; ++i) {
+        if (row[i] != 0) visit(i, int{row[i]});
+    }
+}
 
 }  // namespace lintara::consensus

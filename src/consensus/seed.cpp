@@ -41,11 +41,10 @@ bool Confirmed(int value, int read_num, int placed) {
 struct RestrictVote {
     int placed;  // size of the read map
 
-    char operator()(char seq_base, int posit, const Column& column, std::string& text) const {
+    Verdict operator()(char /*seq_base*/, const Column& column) const {
         const Winner winner = MostFrequent(column);
         const char bases = Confirmed(winner.value, column.read_num, placed) ? winner.bases : 'N';
-        AppendRecord(text, posit, column, bases, "\t", seq_base, winner.value);
-        return bases;
+        return {bases, "\t", winner.value, bases};
     }
 };
 

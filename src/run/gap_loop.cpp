@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "align/edge_align.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "run/worker.h"
@@ -71,14 +72,14 @@ std::string FillGapWithReads(int scaf_id, Scaf& scaffold, int gap_index, int thr
     const Len_t gap_length = static_cast<Len_t>(gap.gap_length);
     ++total_gap_num[threadId];
     total_gap_length[threadId] = static_cast<int>(static_cast<Len_t>(total_gap_length[threadId]) + gap_length);
-    logFile[threadId] << "fill gap" << gap.id << "\tlength is: " << gap_length << "\n";
+    LogText(threadId) << "fill gap" << gap.id << "\tlength is: " << gap_length << "\n";
     snp[threadId] << "gap" << gap.id << "\tlength is: " << gap_length << "\n";
 
     int Realgaplen = 1;
     const std::time_t start = std::time(nullptr);
     std::string gap_seq = AssembleGap(gap, scaffold.contigs[gap.before_contig_id],
                                       scaffold.contigs[gap.before_contig_id + 1], Realgaplen, threadId);
-    logFile[threadId] << "gap" << gap.id << " seq: " << gap_seq << "\t" << gap_seq.size()
+    LogText(threadId) << "gap" << gap.id << " seq: " << gap_seq << "\t" << gap_seq.size()
                       << "\ttime: " << std::time(nullptr) - start << "\n";
     WriteGapRecord(gap, scaffold, scaf_id, gap_index, Realgaplen, gap_seq);
     CountGap(gap_seq, threadId);
@@ -101,16 +102,16 @@ bool MergeContigs(Scaf& scaffold, int gap_index, int threadId) {
     std::string tmp_read1;
     std::string tmp_read2;
     set_tmp_read(tmp_read1, tmp_read2, before, after, tmplen);
-    logFile[threadId] << "One N gap check, " << tmp_read1.size() << "\t" << tmp_read2.size() << "\n";
+    LogText(threadId) << "One N gap check, " << tmp_read1.size() << "\t" << tmp_read2.size() << "\n";
     bool have_over = overlap_ctg_edge(tmp_read1, tmp_read2, over1, over2, containing);
     if (containing == 1) {
         if (static_cast<int>(tmp_read1.size()) != tmplen) {
             // A whole contig was in the slice, so it lies inside the other one.
             if (before.size() < after.size()) {
-                logFile[threadId] << "Before edge is included in after edge!\n";
+                LogText(threadId) << "Before edge is included in after edge!\n";
                 before.clear();
             } else {
-                logFile[threadId] << "After edge is included in before edge!\n";
+                LogText(threadId) << "After edge is included in before edge!\n";
                 after.clear();
             }
             return true;
@@ -120,7 +121,7 @@ bool MergeContigs(Scaf& scaffold, int gap_index, int threadId) {
         have_over = overlap_ctg_edge(tmp_read1, tmp_read2, over1, over2, containing);
     }
     if (!have_over) return false;
-    logFile[threadId] << "MinusOneNGap1 with check read number: " << check_num << "\n";
+    LogText(threadId) << "MinusOneNGap1 with check read number: " << check_num << "\n";
     before.resize(before.size() - std::min(before.size(), static_cast<std::size_t>(std::max(over1, 0))));
     return true;
 }
@@ -129,7 +130,7 @@ bool MergeContigs(Scaf& scaffold, int gap_index, int threadId) {
 std::string PassGapWithoutReads(Scaf& scaffold, int gap_index, int threadId) {
     const int bcontig_id = scaffold.gaps[gap_index].before_contig_id;
     ++no_read_gap[threadId];
-    logFile[threadId] << "no read of the gap, before contig size: " << scaffold.contigs[bcontig_id].size()
+    LogText(threadId) << "no read of the gap, before contig size: " << scaffold.contigs[bcontig_id].size()
                       << "\tafter contig size: " << scaffold.contigs[bcontig_id + 1].size() << "\n";
     const int length = scaffold.front_gap_lens[gap_index + 1];
     std::string n_seq2(static_cast<std::size_t>(std::max(length, 0)), 'N');

@@ -11,6 +11,7 @@
 #include "strategy/fillgap.h"
 #include "strategy/sequence.h"
 #include "strategy/slice.h"
+#include "strategy/spare_reads.h"
 
 namespace lintara {
 
@@ -59,9 +60,10 @@ bool Joins(std::string& read, Screening screening) {
     return screening == Screening::kNoN || Length(read) >= Min_overlap;
 }
 
-void Gather(const BigGap& big, BlockRange range, Screening screening, std::vector<Read>& reads) {
+void Gather(const BigGap& big, BlockRange range, Screening screening, ReadBlock& block) {
+    block.reads.reserve(block.reads.size() + static_cast<std::size_t>(range.end - range.first) + 1);
     for (int i = range.first; i < range.end; ++i) {
-        if (Joins(big.gap.reads[i], screening)) reads.emplace_back(big.gap.reads[i], big.Position(i));
+        if (Joins(big.gap.reads[i], screening)) block.Add(big.gap.reads[i], big.Position(i));
     }
 }
 
@@ -109,8 +111,9 @@ ContigInfo MakeContig(int startPos, std::string contigSeq) {
 
 ContigInfo FirstAsMiddleBlock(const BigGap& big, BlockRange range) {
     big.log() << "Treat first block as middle block\n";
-    std::vector<Read> reads;
-    Gather(big, range, Screening::kNoNAndLength, reads);
+    ReadBlock block;
+    Gather(big, range, Screening::kNoNAndLength, block);
+    std::vector<Read>& reads = block.reads;
     int startPos = FirstRead(big, range, reads).pos;
     std::string seq = AssembleMiddle(big, reads);
     const std::string tail = big.BeforeTail(Length(seq));
@@ -132,8 +135,10 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
     big.log() << "Treat first block as before block\n";
     std::string edge = big.BeforeTail(big.ReadLength(0));
     ToUp(edge);
-    std::vector<Read> reads = {Read(edge, -Length(edge))};
-    Gather(big, range, Screening::kBasesAndLength, reads);
+    ReadBlock block;
+    block.Add(edge, -Length(edge));
+    Gather(big, range, Screening::kBasesAndLength, block);
+    std::vector<Read>& reads = block.reads;
     const bool kept_none = reads.size() == 1;
     std::string seq = Assemble(reads, 1, big.threadId);
     if (seq.empty()) {
@@ -145,8 +150,9 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
 
 ContigInfo InnerBlock(const BigGap& big, BlockRange range, int index) {
     big.log() << "Treat block " << index << "\n";
-    std::vector<Read> reads;
-    Gather(big, range, Screening::kNoNAndLength, reads);
+    ReadBlock block;
+    Gather(big, range, Screening::kNoNAndLength, block);
+    std::vector<Read>& reads = block.reads;
     const int startPos = FirstRead(big, range, reads).pos;
     std::string seq = AssembleMiddle(big, reads);
     if (seq.empty()) {
@@ -180,12 +186,13 @@ ContigInfo LastAsMiddleBlock(const BigGap& big, BlockRange range, std::vector<Re
     return MakeContig(startPos, seq);
 }
 
-ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, std::vector<Read>& reads) {
+ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, ReadBlock& block) {
+    std::vector<Read>& reads = block.reads;
     big.log() << "Treat last as after block\n";
     const int first_pos = std::min(FirstRead(big, range, reads).pos, big.gap_length());
     std::string edge = big.AfterHead(big.ReadLength(0));
     ToUp(edge);
-    reads.emplace_back(edge, big.gap_length());
+    block.Add(edge, big.gap_length());
     std::string seq = Assemble(reads, 2, big.threadId);
     if (seq.empty()) return MakeContig(first_pos, Ns(big.gap_length() - first_pos));
     return MakeContig(big.gap_length() - Length(seq), seq);
@@ -194,9 +201,9 @@ ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, std::vector<Rea
 /// The last block. Here a short read stays in, unlike in all other blocks.
 ContigInfo LastBlock(const BigGap& big, BlockRange range, int index) {
     big.log() << "Treat last block\t" << index << "\n";
-    std::vector<Read> reads;
-    Gather(big, range, Screening::kNoN, reads);
-    return big.ReachesAfterEdge() ? LastAsAfterBlock(big, range, reads) : LastAsMiddleBlock(big, range, reads);
+    ReadBlock block;
+    Gather(big, range, Screening::kNoN, block);
+    return big.ReachesAfterEdge() ? LastAsAfterBlock(big, range, block) : LastAsMiddleBlock(big, range, block.reads);
 }
 
 /// Treats a gap whose reads touch each other all the way, as one block.

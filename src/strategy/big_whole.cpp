@@ -15,6 +15,7 @@
 #include "strategy/repeat_tables.h"
 #include "strategy/sequence.h"
 #include "strategy/slice.h"
+#include "strategy/spare_reads.h"
 
 namespace lintara {
 
@@ -24,7 +25,8 @@ namespace {
 struct WholeBlock {
     int threadId;
     RepeatTables tables{};
-    std::vector<Read> reads{};
+    ReadBlock block{};
+    std::vector<Read>& reads = block.reads;
     int unit_len = 0;
     // The detector tells no copy number here, so a repeat never passes the bounds and assemble_block() does it all.
     std::string repeat_unit{};
@@ -36,7 +38,7 @@ struct WholeBlock {
         for (Len_t i = 0; i < gap.greadSum; ++i) {
             const std::string& seq = gap.reads[i];
             if (seq.find('N') != std::string::npos || Length(seq) < Min_overlap) continue;
-            reads.emplace_back(seq, gap.position[i] - origin);
+            block.Add(seq, gap.position[i] - origin);
         }
     }
 
@@ -69,7 +71,7 @@ std::string solve_block_before(Gap& gap, std::string& contig1, int threadId) {
     std::string edge = Tail(contig1, 2 * ReadLen);
     ToUp(edge);
     WholeBlock block{threadId};
-    block.reads.emplace_back(edge, -Length(edge));
+    block.block.Add(edge, -Length(edge));
     block.AddReads(gap, 0);
     if (block.reads.size() < kFewestReads) return "";
     log << "Before Edge: " << edge << "\t" << edge.size() << "\n";
@@ -89,7 +91,7 @@ std::string solve_block_after(Gap& gap, std::string& contig1, int threadId) {
     WholeBlock block{threadId};
     block.AddReads(gap, 0);
     // Placed like a before edge on purpose, although it stands behind the gap.
-    block.reads.emplace_back(edge, -Length(edge));
+    block.block.Add(edge, -Length(edge));
     if (block.reads.size() < kFewestReads) return "";
     log << "After  Edge: " << edge << "\t" << edge.size() << "\n";
     // No word on the kind of repeat here, unlike in the other two forms.

@@ -11,6 +11,7 @@
 #include "strategy/repeat_tables.h"
 #include "strategy/sequence.h"
 #include "strategy/slice.h"
+#include "strategy/spare_reads.h"
 
 namespace lintara {
 
@@ -23,15 +24,14 @@ bool Admitted(const Gap& gap, const std::string& contig1, const std::string& con
 
 /// Lays the block out: before edge, accepted reads in file order, after edge. A read of exactly Min_overlap bases is
 /// not used here, unlike in a small gap.
-void LayOutBlock(const Gap& gap, const std::string& before_edge, const std::string& after_edge,
-                 std::vector<Read>& reads) {
-    reads.reserve(gap.greadSum + 2U);
-    reads.emplace_back(before_edge, -static_cast<int>(before_edge.size()));
+void LayOutBlock(const Gap& gap, const std::string& before_edge, const std::string& after_edge, ReadBlock& block) {
+    block.reads.reserve(gap.greadSum + 2U);
+    block.Add(before_edge, -static_cast<int>(before_edge.size()));
     for (Len_t i = 0; i < gap.greadSum; ++i) {
         if (ScreenReads(gap.reads[i]) == 0 || static_cast<int>(gap.reads[i].size()) <= Min_overlap) continue;
-        reads.emplace_back(gap.reads[i], gap.position[i]);
+        block.Add(gap.reads[i], gap.position[i]);
     }
-    reads.emplace_back(after_edge, gap.gap_length);
+    block.Add(after_edge, gap.gap_length);
 }
 
 /// Whether a repeat is too small, or too long for a read to show it, to be rebuilt from its unit.
@@ -65,8 +65,9 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
     std::string tmp_read2 = FirstBases(contig2, 2 * ReadLen);
     ToUp(tmp_read1);
     ToUp(tmp_read2);
-    std::vector<Read> reads;
-    LayOutBlock(gap, tmp_read1, tmp_read2, reads);
+    ReadBlock block;
+    LayOutBlock(gap, tmp_read1, tmp_read2, block);
+    std::vector<Read>& reads = block.reads;
     log << "gap read num: " << gap.greadSum << "\tusing read num: " << reads.size() << "\n";
     log << "Before contig edge: " << tmp_read1 << "\t" << tmp_read1.size() << "\t" << contig1.size() << "\n";
     log << "After  contig edge: " << tmp_read2 << "\t" << tmp_read2.size() << "\t" << contig2.size() << "\n";

@@ -11,6 +11,7 @@
 #include "strategy/sequence.h"
 #include "strategy/slice.h"
 #include "strategy/spanning.h"
+#include "strategy/spare_reads.h"
 
 namespace lintara {
 
@@ -31,17 +32,15 @@ bool Admitted(const Gap& gap, const std::string& contig1, const std::string& con
 }
 
 /// The block: before edge, the reads that pass the screening, after edge.
-std::vector<Read> GatherReads(const Gap& gap, const std::string& tmp_read1, const std::string& tmp_read2) {
-    std::vector<Read> reads;
-    reads.reserve(gap.greadSum + 2U);
-    reads.emplace_back(tmp_read1, -Length(tmp_read1));
+void GatherReads(const Gap& gap, const std::string& tmp_read1, const std::string& tmp_read2, ReadBlock& block) {
+    block.reads.reserve(gap.greadSum + 2U);
+    block.Add(tmp_read1, -Length(tmp_read1));
     for (Len_t i = 0; i < gap.greadSum; ++i) {
         if (Length(gap.reads[i]) >= Min_overlap && ScreenReads(gap.reads[i]) == 1) {
-            reads.emplace_back(gap.reads[i], gap.position[i]);
+            block.Add(gap.reads[i], gap.position[i]);
         }
     }
-    reads.emplace_back(tmp_read2, gap.gap_length);
-    return reads;
+    block.Add(tmp_read2, gap.gap_length);
 }
 
 /// Whether the edge of a short contig stands inside the edge of a long one.
@@ -139,7 +138,9 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
     std::string tmp_read2 = FirstBases(contig2, setlen);
     ToUp(tmp_read1);
     ToUp(tmp_read2);
-    std::vector<Read> reads = GatherReads(gap, tmp_read1, tmp_read2);
+    ReadBlock block;
+    GatherReads(gap, tmp_read1, tmp_read2, block);
+    std::vector<Read>& reads = block.reads;
     logFile[threadId] << "Filling small gap using Small gap assemble\t" << gap.greadSum << "\t" << reads.size() << "\t"
                       << gap.gap_length << "\n";
     if (ShortContigInLong(tmp_read1, tmp_read2)) {

@@ -4,8 +4,8 @@
 
 #include "align/search.h"
 #include "kmer/open_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 
 namespace lintara {
 
@@ -95,7 +95,7 @@ void RemoveUnlinked(std::vector<int>& accept, Linked linked) {
 }
 
 void LogLeftByPosition(const std::vector<int>& accept, int threadId) {
-    logFile[threadId] << "After pos clean, left accept: " << accept.size() << '\n';
+    LogText(threadId) << "After pos clean, left accept: " << accept.size() << '\n';
 }
 
 }  // namespace
@@ -218,24 +218,24 @@ bool Vecfind(const std::vector<int>& starts, int start) {
 // ---- cleaning ------------------------------------------------------------------------------------------------------
 
 void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId) {
-    logFile[threadId] << "Before clean: " << accept.size() << '\n';
+    LogText(threadId) << "Before clean: " << accept.size() << '\n';
     RemoveUnlinked(accept, [&](int a, int b) { return Cell(matrix, a, b) != 0 || Cell(matrix, b, a) != 0; });
-    logFile[threadId] << "after clean: " << accept.size() << '\n';
+    LogText(threadId) << "after clean: " << accept.size() << '\n';
 }
 
 bool clean_accept(std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix, bool& clean,
                   int threadId) {
     if (accept.empty()) return false;
     const int num = Size(accept);
-    logFile[threadId] << "Before full match clean: " << num << '\n';
+    LogText(threadId) << "Before full match clean: " << num << '\n';
     RemoveUnlinked(accept, [&](int a, int b) {
         double ratio = 0;
         if (Cell(matrix, a, b) != 0) ratio = GetMatchRatio(reads[a].seq, reads[b].seq, Cell(matrix, a, b));
         if (Cell(matrix, b, a) != 0) ratio = GetMatchRatio(reads[b].seq, reads[a].seq, Cell(matrix, b, a));
         return ratio == 1.0;
     });
-    logFile[threadId] << "Accept left ratio: " << static_cast<double>(Size(accept)) / num
-                      << "\taccept left num: " << accept.size() << "\ttotal num: " << num << '\n';
+    LogText(threadId) << "Accept left ratio: " << RatioOf{Size(accept), num}
+                      << "	accept left num: " << accept.size() << "\ttotal num: " << num << '\n';
     clean = false;
     return Size(accept) != num;
 }

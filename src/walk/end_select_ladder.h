@@ -3,11 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <initializer_list>
 #include <vector>
 
-#include "run/streams.h"
+#include "run/record_text.h"
 #include "store/gap.h"
 
 namespace lintara::end_select {
@@ -59,7 +58,7 @@ struct Ladder {
     bool AtAfterEdge(int read) const { return read == static_cast<int>(reads.size()) - 1; }
     /// How many of the other candidates are against the pick.
     int unacceptnum() const { return static_cast<int>((Size() - 1) * ratio); }
-    std::ofstream& Log() const { return logFile[threadId]; }
+    LogText Log() const { return LogText(threadId); }
 };
 
 using Stage = Next (*)(int, int&, Ladder&);

@@ -1,9 +1,9 @@
 #include "walk/max_walks.h"
 
-#include "kmer/open_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "walk/candidates.h"
+#include "walk/collect.h"
 #include "walk/drop.h"
 #include "walk/position_check.h"
 
@@ -44,21 +44,21 @@ Treated CleanForward(int start, std::vector<int>& accept, const std::vector<Read
                      bool& cleaned, int threadId) {
     const int size = Size(accept);
     bool changenode = ForwardCleanAccept(start, accept, reads, matrix);
-    logFile[threadId] << "After full match drop: " << accept.size() << '\n';
+    LogText(threadId) << "After full match drop: " << accept.size() << '\n';
     if (Size(accept) != size) return Treated::Repick;
 
     if (!cleaned) {
         cleaned = true;
         bool clean = false;
         if (clean_accept(accept, reads, matrix, clean, threadId)) return Treated::Repick;
-        logFile[threadId] << "All fully matched!\n";
+        LogText(threadId) << "All fully matched!\n";
     }
     if (!DropEdgeRead(start, accept, reads, matrix, static_cast<int>(reads.size()), changenode)) {
-        logFile[threadId] << "No edge droped.\n";
+        LogText(threadId) << "No edge droped.\n";
         return Treated::Verdict;
     }
     if (!accept.empty()) return Treated::Repick;
-    logFile[threadId] << "Meet the edge.\n";
+    LogText(threadId) << "Meet the edge.\n";
     return Treated::Stop;
 }
 
@@ -67,15 +67,15 @@ Treated CleanReward(int end, std::vector<int>& accept, const std::vector<Read>& 
                     int threadId) {
     const int size = Size(accept);
     bool changenode = RewardCleanAccept(end, accept, reads, matrix);
-    logFile[threadId] << "After full match drop: " << accept.size() << '\n';
+    LogText(threadId) << "After full match drop: " << accept.size() << '\n';
     if (Size(accept) != size) return Treated::Repick;
 
     if (!DropEdgeRead(end, accept, reads, matrix, changenode)) {
-        logFile[threadId] << "No edge dropped!\n";
+        LogText(threadId) << "No edge dropped!\n";
         return Treated::Verdict;
     }
     if (!accept.empty()) return Treated::Repick;
-    logFile[threadId] << "Meet the edge!\n";
+    LogText(threadId) << "Meet the edge!\n";
     return Treated::Stop;
 }
 
@@ -96,18 +96,14 @@ void forwardmax(std::vector<int>& starts, const std::vector<Read>& reads, std::u
     const int gapsize = GapSize(reads, num);
     bool AcceptOne = false;
     std::vector<int> accept;
-    logFile[threadId] << "start forward assembly...\n";
+    LogText(threadId) << "start forward assembly...\n";
     while (count < num) {
         if (Vecfind(starts, start)) {
-            logFile[threadId] << "node repeat!" << start << '\n';
+            LogText(threadId) << "node repeat!" << start << '\n';
             break;
         }
         starts.push_back(start);
-        accept.clear();
-        SettleRow(matrix, start);
-        for (int i = 0; i < num; ++i) {
-            if (Cell(matrix, start, i) != 0) accept.push_back(i);
-        }
+        CollectRow(matrix, start, num, 1, accept);
         clean_accept(accept, matrix, threadId);
         if (accept.size() == 1 && !AcceptOne) {
             start = accept.front();
@@ -121,7 +117,7 @@ void forwardmax(std::vector<int>& starts, const std::vector<Read>& reads, std::u
         if (start == -1) break;
         ++count;
     }
-    logFile[threadId] << "Forward from " << pos << " vector get finished! " << starts.size() << '\n';
+    LogText(threadId) << "Forward from " << pos << " vector get finished! " << starts.size() << '\n';
 }
 
 void rewardmax(std::vector<int>& ends, const std::vector<Read>& reads, std::uint8_t**& matrix, std::uint16_t num,
@@ -131,16 +127,12 @@ void rewardmax(std::vector<int>& ends, const std::vector<Read>& reads, std::uint
     const int gapsize = GapSize(reads, num);
     bool AcceptOne = false;
     std::vector<int> accept;
-    logFile[threadId] << "start max reward assembly...\n";
+    LogText(threadId) << "start max reward assembly...\n";
     while (count < num) {
         // A read met twice goes without a word here.
         if (Vecfind(ends, end)) break;
         ends.push_back(end);
-        accept.clear();
-        SettleColumn(matrix, end);
-        for (int i = 0; i < num; ++i) {
-            if (Cell(matrix, i, end) != 0) accept.push_back(i);
-        }
+        CollectColumn(matrix, end, num, 1, accept);
         clean_accept(accept, matrix, threadId);
         // Ahead of the single candidate on purpose: what the positions leave may be single.
         if (WantsPositionClean(accept, gapsize)) PosCleanAccept(accept, end, reads, matrix, threadId);
@@ -155,7 +147,7 @@ void rewardmax(std::vector<int>& ends, const std::vector<Read>& reads, std::uint
         if (end == -1) break;
         ++count;
     }
-    logFile[threadId] << "Reward from " << pos << " vector get finished!" << ends.size() << '\n';
+    LogText(threadId) << "Reward from " << pos << " vector get finished!" << ends.size() << '\n';
 }
 
 // ---- selectors -----------------------------------------------------------------------------------------------------
@@ -182,7 +174,7 @@ int get_last_max(int start, std::vector<int>& accept, const std::vector<Read>& r
         last = max_forward(start, accept, matrix);
         if (last == -1) return -1;
     }
-    logFile[threadId] << "get last: " << last << " with accept size: " << accept.size() << "\tratio: " << ratio << '\n';
+    LogText(threadId) << "get last: " << last << " with accept size: " << accept.size() << "\tratio: " << ratio << '\n';
     return Stands(ratio, Size(accept), 1.0) ? last : -1;
 }
 
@@ -205,7 +197,7 @@ int get_first_max(int end, std::vector<int>& accept, const std::vector<Read>& re
         first = max_reward(end, accept, matrix);
         if (first == -1) return -1;
     }
-    logFile[threadId] << "get first: " << first << " with accept size: " << accept.size() << "\tratio: " << ratio
+    LogText(threadId) << "get first: " << first << " with accept size: " << accept.size() << "\tratio: " << ratio
                       << '\n';
     return Stands(ratio, Size(accept), 1.1) ? first : -1;
 }

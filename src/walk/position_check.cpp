@@ -6,8 +6,8 @@
 #include "align/overlap.h"
 #include "align/search.h"
 #include "kmer/open_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 
 namespace lintara {
 
@@ -49,7 +49,7 @@ struct Unaccepted {
 
 double LogUnaccepted(int un_accept_num, int total_num, int threadId) {
     const double ratio = static_cast<double>(un_accept_num) / total_num;
-    logFile[threadId] << "un accept num: " << un_accept_num << "\tratio: " << ratio << '\n';
+    LogText(threadId) << "un accept num: " << un_accept_num << "\tratio: " << RatioOf{un_accept_num, total_num} << '\n';
     return ratio;
 }
 
@@ -272,15 +272,15 @@ bool PassMinForward(int start, int last, const std::vector<int>& accept, const s
         return false;
     }
     if (ratio > 0.9) {
-        logFile[threadId] << "try another node!\n";
+        LogText(threadId) << "try another node!\n";
         return true;
     }
     if (ratio > 0.1) {
-        logFile[threadId] << "try drop read!\n";
+        LogText(threadId) << "try drop read!\n";
         return true;
     }
     if (ratio < 0.1 && accept.size() > 15) {
-        logFile[threadId] << "Accept the unsupport!\n";
+        LogText(threadId) << "Accept the unsupport!\n";
         return false;
     }
     return true;
@@ -304,11 +304,11 @@ bool PassMinReward(int end, int first, const std::vector<int>& accept, const std
     }
     if (ratio == 1.0 && accept.size() == 2) return false;
     if (ratio > 0.9) {
-        logFile[threadId] << "try another node!\n";
+        LogText(threadId) << "try another node!\n";
         return true;
     }
     if (ratio > 0) {
-        logFile[threadId] << "drop read!\n";
+        LogText(threadId) << "drop read!\n";
         return true;
     }
     return false;
@@ -332,7 +332,7 @@ bool PassMaxReward(int end, int first, const std::vector<int>& accept, const std
     ratio = 1.0;
     const int total_num = Size(accept) - 1;
     if (end < 0 || first < 0 || total_num < 1) {
-        logFile[threadId] << "Error\n";
+        LogText(threadId) << "Error\n";
         return false;
     }
     const Unaccepted unaccepted =

@@ -5,10 +5,11 @@
 #include <limits>
 #include <vector>
 
-#include "kmer/open_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "store/gap.h"
+#include "walk/candidates.h"
+#include "walk/collect.h"
 
 namespace lintara {
 
@@ -39,24 +40,18 @@ struct WalkState {
 
     int size() const { return static_cast<int>(path.size()); }
     int candidates() const { return static_cast<int>(accept.size()); }
-    std::ofstream& log() const { return logFile[threadId]; }
+    LogText log() const { return LogText(threadId); }
 
     /// Collects the reads that can follow read at on its right, without one of them.
     void CollectRight(int at, int without = -1) {
-        SettleRow(matrix, at);
-        accept.clear();
-        for (int i = 0; i < num; ++i) {
-            if (i != without && Cell(matrix, at, i) >= Min_overlap) accept.push_back(i);
-        }
+        CollectRow(matrix, at, num, Min_overlap, accept);
+        drop(without, accept);
     }
 
     /// Collects the reads that can stand left of read at, without one of them.
     void CollectLeft(int at, int without = -1) {
-        SettleColumn(matrix, at);
-        accept.clear();
-        for (int i = 0; i < num; ++i) {
-            if (i != without && Cell(matrix, i, at) >= Min_overlap) accept.push_back(i);
-        }
+        CollectColumn(matrix, at, num, Min_overlap, accept);
+        drop(without, accept);
     }
 
     /// The selector may have noted a largest-overlap step, which counts as a step of the first mode.

@@ -178,10 +178,9 @@ TEST(ClearWinner, SevenTenthsAreEnough) {
 
 TEST_F(ColumnStreams, ManyColumnsWriteWhatSingleColumnsWrite) {
     std::mt19937 random(7);
-    const auto vote = [](char seq_base, int posit, const Column& column, std::string& text) {
+    const auto vote = [](char seq_base, const Column& column) {
         const Winner winner = MostFrequent(column);
-        AppendRecord(text, posit, column, winner.bases, Marker(winner.bases, seq_base), seq_base, winner.ratio);
-        return winner.bases;
+        return Verdict{winner.bases, Marker(winner.bases, seq_base), winner.value, winner.bases};
     };
     for (int round = 0; round < 50; ++round) {
         CoveredColumn placed("");

@@ -19,6 +19,7 @@ class OverlapTable {
         cells_[left][right] = static_cast<std::uint8_t>(over);
         return *this;
     }
+    std::size_t Size() const { return rows_.size(); }
     std::uint8_t** Rows() { return rows_.data(); }
 
   private:
