@@ -38,8 +38,42 @@ int FindPlain(const char* patt, int pattlen, const char* str, int strlen) {
     return -1;
 }
 
-// Equal bytes of up to kBlock columns fit a byte counter, which lets the compiler keep 16 of them in one register.
-const int kBlock = 255;
+// Columns between two looks at what can still be reached: few enough for a count of them to fit a byte.
+const int kBlock = 8 * kLanes;
+
+// Sum of the lanes, below 256.
+int Sum(Lanes lanes) {
+    std::uint64_t halves[2];
+    std::memcpy(halves, &lanes, sizeof halves);
+    return static_cast<int>((halves[0] + halves[1]) * 0x0101010101010101 >> 56);
+}
+
+// All ones in the last of the lanes: in as many as the place it is loaded from.
+const char kLast[2 * kLanes] = {0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,
+                                -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+
+// Counts the columns for which counts(i) is true, which are those whose lane in lanes_at(), of the columns from i on,
+// is all ones. Gives up with any lower number once the count cannot reach `least`.
+template <typename LanesAt, typename Counts>
+int CountColumns(int n, int least, LanesAt lanes_at, Counts counts) {
+    int sum = 0;
+    if (n < kLanes) {
+        for (int i = 0; i < n; ++i) sum += counts(i) ? 1 : 0;
+        return sum;
+    }
+    int i = 0;
+    for (; n - i >= kBlock; i += kBlock) {
+        if (sum + n - i < least) return sum;
+        Lanes equal{};
+        for (int k = 0; k < kBlock; k += kLanes) equal -= lanes_at(i + k);
+        sum += Sum(equal);
+    }
+    Lanes equal{};
+    for (; n - i >= kLanes; i += kLanes) equal -= lanes_at(i);
+    // The last vector is moved left so that it ends with the columns; those met before do not count again.
+    equal -= lanes_at(n - kLanes) & Load(kLast + (n - i));
+    return sum + Sum(equal);
+}
 
 }  // namespace
 
@@ -70,26 +104,28 @@ int FindFirst(const char* patt, int pattlen, const char* str, int strlen) {
     return -1;
 }
 
+int CountEqual(const char* a, const char* b, int n, int least) {
+    return CountColumns(
+        n, least, [=](int i) -> Lanes { return Load(a + i) == Load(b + i); }, [=](int i) { return a[i] == b[i]; });
+}
+
 int CountEqual(const char* a, const char* b, int n) {
-    int sum = 0;
-    for (int start = 0; start < n; start += kBlock) {
-        const int end = n - start < kBlock ? n : start + kBlock;
-        std::uint8_t equal = 0;
-        for (int i = start; i < end; ++i) equal += a[i] == b[i];
-        sum += equal;
-    }
-    return sum;
+    return CountEqual(a, b, n, 0);
+}
+
+int CountEqualBases(const char* a, const char* b, const char* mask, int n, int least) {
+    const Lanes unknown = Fill('N');
+    return CountColumns(
+        n, least,
+        [=](int i) -> Lanes {
+            const Lanes base = Load(b + i);
+            return (Load(a + i) == base) & (base != unknown) & (Load(mask + i) != unknown);
+        },
+        [=](int i) { return a[i] == b[i] && b[i] != 'N' && mask[i] != 'N'; });
 }
 
 int CountEqualBases(const char* a, const char* b, const char* mask, int n) {
-    int sum = 0;
-    for (int start = 0; start < n; start += kBlock) {
-        const int end = n - start < kBlock ? n : start + kBlock;
-        std::uint8_t equal = 0;
-        for (int i = start; i < end; ++i) equal += (a[i] == b[i]) & (b[i] != 'N') & (mask[i] != 'N');
-        sum += equal;
-    }
-    return sum;
+    return CountEqualBases(a, b, mask, n, 0);
 }
 
 }  // namespace lintara::detail

@@ -40,6 +40,9 @@ struct BestTwo {
         }
     }
 
+    /// A number of equal columns out of len below which a score is neither of the two and not equal to one.
+    int LeastOf(int len) const { return static_cast<int>(max2_value * len / 100.0); }
+
     int Winner(double match_ratio, double dif) const {
         if (max_value >= match_ratio * 100 && max_value * dif > max2_value) return max_len;
         if (max_value == 100 && max2_value < 100) return max_len;
@@ -60,8 +63,13 @@ double Percent(int sum, int len) {
     return static_cast<double>(sum) / len * 100.0;
 }
 
+bool HasN(const std::string& seq) {
+    return seq.find('N') != std::string::npos;
+}
+
 // Scores the last i bases of read_a against the first i of read_b, column by column from the left, for each i.
 BestTwo SlideFromLeft(const std::string& read_a, const std::string& read_b, int Min, int Max) {
+    const bool has_n = HasN(read_a) || HasN(read_b);
     BestTwo best;
     for (int i = Min; i <= Max; ++i) {
         const int start = std::max(Size(read_a) - i, 0);
@@ -69,7 +77,10 @@ BestTwo SlideFromLeft(const std::string& read_a, const std::string& read_b, int 
         if (len <= 0) continue;
         const char* stay = read_a.data() + start;
         const int columns = std::min(len, Size(read_a) - start);
-        best.Add(i - Min, Percent(detail::CountEqualBases(stay, read_b.data(), stay, columns), len));
+        const int least = best.LeastOf(len);
+        const int sum = has_n ? detail::CountEqualBases(stay, read_b.data(), stay, columns, least)
+                              : detail::CountEqual(stay, read_b.data(), columns, least);
+        best.Add(i - Min, Percent(sum, len));
     }
     return best;
 }
@@ -77,14 +88,18 @@ BestTwo SlideFromLeft(const std::string& read_a, const std::string& read_b, int 
 // The same for a read_a that is no longer than read_b: read_a, once it is used up, stays at the right end of the first
 // i bases of read_b.
 BestTwo SlideFromRight(const std::string& read_a, const std::string& read_b, int Min) {
+    const bool has_n = HasN(read_a) || HasN(read_b);
     BestTwo best;
     for (int i = Min; i <= Size(read_b); ++i) {
         const int len = std::min(i, Size(read_a));
         if (len <= 0) continue;
         const char* stay = read_b.data();
         const char* move = read_a.data() + Size(read_a) - len;
+        const int least = best.LeastOf(len);
         // The N test counts read_b's columns from the left end while the bases are compared at the right one.
-        best.Add(i - Min, Percent(detail::CountEqualBases(stay + i - len, move, stay, len), len));
+        const int sum = has_n ? detail::CountEqualBases(stay + i - len, move, stay, len, least)
+                              : detail::CountEqual(stay + i - len, move, len, least);
+        best.Add(i - Min, Percent(sum, len));
     }
     return best;
 }
