@@ -1,5 +1,6 @@
 #include "align/byte_scan.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -24,11 +25,16 @@ Lanes Fill(char byte) {
     return Lanes{} + static_cast<std::uint8_t>(byte);
 }
 
-bool AnyLane(Lanes lanes) {
-    std::uint64_t halves[2];
-    std::memcpy(halves, &lanes, sizeof halves);
-    return (halves[0] | halves[1]) != 0;
-}
+// The lanes as two words, the lower lanes in the lower bytes of the first one.
+struct Halves {
+    explicit Halves(Lanes lanes) {
+        std::memcpy(words, &lanes, sizeof words);
+        if constexpr (std::endian::native == std::endian::big) {
+            for (std::uint64_t& word : words) word = __builtin_bswap64(word);
+        }
+    }
+    std::uint64_t words[2];
+};
 
 // Place by place, for what is too short for the filter.
 int FindPlain(const char* patt, int pattlen, const char* str, int strlen) {
@@ -43,9 +49,8 @@ const int kBlock = 8 * kLanes;
 
 // Sum of the lanes, below 256.
 int Sum(Lanes lanes) {
-    std::uint64_t halves[2];
-    std::memcpy(halves, &lanes, sizeof halves);
-    return static_cast<int>((halves[0] + halves[1]) * 0x0101010101010101 >> 56);
+    const Halves halves(lanes);
+    return static_cast<int>((halves.words[0] + halves.words[1]) * 0x0101010101010101 >> 56);
 }
 
 // All ones in the last of the lanes: in as many as the place it is loaded from.
@@ -94,10 +99,15 @@ int FindFirst(const char* patt, int pattlen, const char* str, int strlen) {
         const char* here = str + pos;
         const Lanes hits =
             (Load(here) == first) & (Load(here + 1) == second) & (Load(here + 2) == third) & (Load(here + 3) == fourth);
-        if (!AnyLane(hits)) continue;
-        for (int lane = 0; lane < kLanes && pos + lane <= last; ++lane) {
-            if (hits[lane] != 0 && std::memcmp(here + lane + kFilter, patt + kFilter, pattlen - kFilter) == 0) {
-                return pos + lane;
+        const Halves halves(hits);
+        if ((halves.words[0] | halves.words[1]) == 0) continue;
+        for (int half = 0; half < 2; ++half) {
+            for (std::uint64_t word = halves.words[half]; word != 0;) {
+                const int lane = std::countr_zero(word) / 8;
+                const int place = pos + half * kLanes / 2 + lane;
+                if (place > last) return -1;
+                if (std::memcmp(str + place + kFilter, patt + kFilter, pattlen - kFilter) == 0) return place;
+                word &= ~(std::uint64_t{0xff} << (8 * lane));
             }
         }
     }

@@ -232,7 +232,7 @@ TEST_F(AlignConnect, EqualsItsPlainTwinOnLongSequences) {
         if (round % 5 == 0) genome.replace(400, 300, genome.substr(round, 300));
         const std::string a = genome.substr(random() % 100, 200 + random() % 300);
         std::string b = genome.substr(random() % 400, 200 + random() % 300);
-        for (int changes = random() % 60; changes > 0; --changes) b[random() % b.size()] = 'A';
+        for (int changes = round % 2 == 0 ? random() % 60 : 0; changes > 0; --changes) b[random() % b.size()] = 'A';
         const int longer = static_cast<int>(std::max(a.size(), b.size()));
         const double ratio = round % 3 == 0 ? 0.9 : 0.5;
         ASSERT_EQ(align_connect(a, b, 8, ratio), PlainConnect(a, b, 8, longer, a.size() > b.size(), ratio)) << round;
