@@ -1,5 +1,6 @@
 #include "align/byte_scan.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -24,11 +25,16 @@ Lanes Fill(char byte) {
     return Lanes{} + static_cast<std::uint8_t>(byte);
 }
 
-bool AnyLane(Lanes lanes) {
-    std::uint64_t halves[2];
-    std::memcpy(halves, &lanes, sizeof halves);
-    return (halves[0] | halves[1]) != 0;
-}
+// The lanes as two words, the lower lanes in the lower bytes of the first one.
+struct Halves {
+    explicit Halves(Lanes lanes) {
+        std::memcpy(words, &lanes, sizeof words);
+        if constexpr (std::endian::native == std::endian::big) {
+            for (std::uint64_t& word : words) word = __builtin_bswap64(word);
+        }
+    }
+    std::uint64_t words[2];
+};
 
 // Place by place, for what is too short for the filter.
 int FindPlain(const char* patt, int pattlen, const char* str, int strlen) {
@@ -38,8 +44,41 @@ int FindPlain(const char* patt, int pattlen, const char* str, int strlen) {
     return -1;
 }
 
-// Equal bytes of up to kBlock columns fit a byte counter, which lets the compiler keep 16 of them in one register.
-const int kBlock = 255;
+// Columns between two looks at what can still be reached: few enough for a count of them to fit a byte.
+const int kBlock = 8 * kLanes;
+
+// Sum of the lanes, below 256.
+int Sum(Lanes lanes) {
+    const Halves halves(lanes);
+    return static_cast<int>((halves.words[0] + halves.words[1]) * 0x0101010101010101 >> 56);
+}
+
+// All ones in the last of the lanes: in as many as the place it is loaded from.
+const char kLast[2 * kLanes] = {0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,
+                                -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+
+// Counts the columns for which counts(i) is true, which are those whose lane in lanes_at(), of the columns from i on,
+// is all ones. Gives up with any lower number once the count cannot reach `least`.
+template <typename LanesAt, typename Counts>
+int CountColumns(int n, int least, LanesAt lanes_at, Counts counts) {
+    int sum = 0;
+    if (n < kLanes) {
+        for (int i = 0; i < n; ++i) sum += counts(i) ? 1 : 0;
+        return sum;
+    }
+    int i = 0;
+    for (; n - i >= kBlock; i += kBlock) {
+        if (sum + n - i < least) return sum;
+        Lanes equal{};
+        for (int k = 0; k < kBlock; k += kLanes) equal -= lanes_at(i + k);
+        sum += Sum(equal);
+    }
+    Lanes equal{};
+    for (; n - i >= kLanes; i += kLanes) equal -= lanes_at(i);
+    // The last vector is moved left so that it ends with the columns; those met before do not count again.
+    equal -= lanes_at(n - kLanes) & Load(kLast + (n - i));
+    return sum + Sum(equal);
+}
 
 }  // namespace
 
@@ -60,36 +99,43 @@ int FindFirst(const char* patt, int pattlen, const char* str, int strlen) {
         const char* here = str + pos;
         const Lanes hits =
             (Load(here) == first) & (Load(here + 1) == second) & (Load(here + 2) == third) & (Load(here + 3) == fourth);
-        if (!AnyLane(hits)) continue;
-        for (int lane = 0; lane < kLanes && pos + lane <= last; ++lane) {
-            if (hits[lane] != 0 && std::memcmp(here + lane + kFilter, patt + kFilter, pattlen - kFilter) == 0) {
-                return pos + lane;
+        const Halves halves(hits);
+        if ((halves.words[0] | halves.words[1]) == 0) continue;
+        for (int half = 0; half < 2; ++half) {
+            for (std::uint64_t word = halves.words[half]; word != 0;) {
+                const int lane = std::countr_zero(word) / 8;
+                const int place = pos + half * kLanes / 2 + lane;
+                if (place > last) return -1;
+                if (std::memcmp(str + place + kFilter, patt + kFilter, pattlen - kFilter) == 0) return place;
+                word &= ~(std::uint64_t{0xff} << (8 * lane));
             }
         }
     }
     return -1;
 }
 
+int CountEqual(const char* a, const char* b, int n, int least) {
+    return CountColumns(
+        n, least, [=](int i) -> Lanes { return Load(a + i) == Load(b + i); }, [=](int i) { return a[i] == b[i]; });
+}
+
 int CountEqual(const char* a, const char* b, int n) {
-    int sum = 0;
-    for (int start = 0; start < n; start += kBlock) {
-        const int end = n - start < kBlock ? n : start + kBlock;
-        std::uint8_t equal = 0;
-        for (int i = start; i < end; ++i) equal += a[i] == b[i];
-        sum += equal;
-    }
-    return sum;
+    return CountEqual(a, b, n, 0);
+}
+
+int CountEqualBases(const char* a, const char* b, const char* mask, int n, int least) {
+    const Lanes unknown = Fill('N');
+    return CountColumns(
+        n, least,
+        [=](int i) -> Lanes {
+            const Lanes base = Load(b + i);
+            return (Load(a + i) == base) & (base != unknown) & (Load(mask + i) != unknown);
+        },
+        [=](int i) { return a[i] == b[i] && b[i] != 'N' && mask[i] != 'N'; });
 }
 
 int CountEqualBases(const char* a, const char* b, const char* mask, int n) {
-    int sum = 0;
-    for (int start = 0; start < n; start += kBlock) {
-        const int end = n - start < kBlock ? n : start + kBlock;
-        std::uint8_t equal = 0;
-        for (int i = start; i < end; ++i) equal += (a[i] == b[i]) & (b[i] != 'N') & (mask[i] != 'N');
-        sum += equal;
-    }
-    return sum;
+    return CountEqualBases(a, b, mask, n, 0);
 }
 
 }  // namespace lintara::detail

@@ -10,7 +10,11 @@ int FindFirst(const char* patt, int pattlen, const char* str, int strlen);
 /// Number of i < n with a[i] == b[i]; n may be 0 or negative (0 then).
 int CountEqual(const char* a, const char* b, int n);
 
+/// The same where only a count of at least `least` is of interest: any lower number stands for a lower count.
+int CountEqual(const char* a, const char* b, int n, int least);
+
 /// Number of i < n with a[i] == b[i], where neither b[i] nor mask[i] is N.
 int CountEqualBases(const char* a, const char* b, const char* mask, int n);
+int CountEqualBases(const char* a, const char* b, const char* mask, int n, int least);
 
 }  // namespace lintara::detail

@@ -15,6 +15,9 @@ namespace {
 const double kDif = 0.9;
 const double kMatchRatio = 0.9;
 
+// Bases of an end that are sought in the other sequence for a likely overlap.
+const int kEnd = 16;
+
 int Size(const std::string& seq) {
     return static_cast<int>(seq.size());
 }
@@ -40,6 +43,9 @@ struct BestTwo {
         }
     }
 
+    /// A number of equal columns out of len below which a score is neither of the two and not equal to one.
+    int LeastOf(int len) const { return static_cast<int>(max2_value * 0.01 * len); }
+
     int Winner(double match_ratio, double dif) const {
         if (max_value >= match_ratio * 100 && max_value * dif > max2_value) return max_len;
         if (max_value == 100 && max2_value < 100) return max_len;
@@ -60,33 +66,91 @@ double Percent(int sum, int len) {
     return static_cast<double>(sum) / len * 100.0;
 }
 
-// Scores the last i bases of read_a against the first i of read_b, column by column from the left, for each i.
-BestTwo SlideFromLeft(const std::string& read_a, const std::string& read_b, int Min, int Max) {
+bool HasN(const std::string& seq) {
+    return seq.find('N') != std::string::npos;
+}
+
+// The last i bases of one sequence against the first i of another one, for each i.
+class Overlaps {
+  public:
+    /// @param from_left  which end stays compared when i exceeds a sequence: the left one, or the right one for a
+    ///                   read_a that is no longer than read_b and then stays at the right end of its first i bases
+    Overlaps(const std::string& read_a, const std::string& read_b, bool from_left)
+        : read_a_(read_a), read_b_(read_b), from_left_(from_left), has_n_(HasN(read_a) || HasN(read_b)) {}
+
+    /// Columns of which the score is a share; no score below 1.
+    int Length(int i) const { return std::min(i, Size(from_left_ ? read_b_ : read_a_)); }
+
+    /// Equal columns, or any number below `least` when they are fewer.
+    int Equal(int i, int least) const {
+        const int len = Length(i);
+        if (from_left_) {
+            const int start = std::max(Size(read_a_) - i, 0);
+            const char* stay = read_a_.data() + start;
+            return Count(stay, read_b_.data(), stay, std::min(len, Size(read_a_) - start), least);
+        }
+        const char* stay = read_b_.data();
+        // The N test counts read_b's columns from the left end while the bases are compared at the right one.
+        return Count(stay + i - len, read_a_.data() + Size(read_a_) - len, stay, len, least);
+    }
+
+    double Score(int i, int equal) const { return Percent(equal, Length(i)); }
+
+    /// The i at which one end stands whole in the other sequence; 0 for none.
+    int Likely() const {
+        if (std::min(Size(read_a_), Size(read_b_)) < kEnd) return 0;
+        const char* end_a = read_a_.data() + Size(read_a_) - kEnd;
+        const int place = from_left_ ? detail::FindFirst(read_b_.data(), kEnd, read_a_.data(), Size(read_a_))
+                                     : detail::FindFirst(end_a, kEnd, read_b_.data(), Size(read_b_));
+        if (place < 0) return 0;
+        return from_left_ ? Size(read_a_) - place : place + kEnd;
+    }
+
+  private:
+    int Count(const char* a, const char* b, const char* mask, int columns, int least) const {
+        return has_n_ ? detail::CountEqualBases(a, b, mask, columns, least) : detail::CountEqual(a, b, columns, least);
+    }
+
+    const std::string& read_a_;
+    const std::string& read_b_;
+    bool from_left_;
+    bool has_n_;
+};
+
+// The two best of all lengths from Min to Max.
+BestTwo Slide(const Overlaps& overlaps, int Min, int Max) {
     BestTwo best;
     for (int i = Min; i <= Max; ++i) {
-        const int start = std::max(Size(read_a) - i, 0);
-        const int len = std::min(i, Size(read_b));
+        const int len = overlaps.Length(i);
         if (len <= 0) continue;
-        const char* stay = read_a.data() + start;
-        const int columns = std::min(len, Size(read_a) - start);
-        best.Add(i - Min, Percent(detail::CountEqualBases(stay, read_b.data(), stay, columns), len));
+        const int least = best.LeastOf(len);
+        const int equal = overlaps.Equal(i, least);
+        if (equal >= least) best.Add(i - Min, Percent(equal, len));
     }
     return best;
 }
 
-// The same for a read_a that is no longer than read_b: read_a, once it is used up, stays at the right end of the first
-// i bases of read_b.
-BestTwo SlideFromRight(const std::string& read_a, const std::string& read_b, int Min) {
-    BestTwo best;
-    for (int i = Min; i <= Size(read_b); ++i) {
-        const int len = std::min(i, Size(read_a));
-        if (len <= 0) continue;
-        const char* stay = read_b.data();
-        const char* move = read_a.data() + Size(read_a) - len;
-        // The N test counts read_b's columns from the left end while the bases are compared at the right one.
-        best.Add(i - Min, Percent(detail::CountEqualBases(stay + i - len, move, stay, len), len));
+// Whether a length wins, all others staying below its kDif. These need not be counted out for that, so that it is
+// asked first of a length that is likely to win.
+bool Wins(const Overlaps& overlaps, int winner, int Min, int Max, double match_ratio) {
+    const double score = overlaps.Score(winner, overlaps.Equal(winner, 0));
+    if (score == 0 || score < match_ratio * 100) return false;
+    for (int i = Min; i <= Max; ++i) {
+        const int len = overlaps.Length(i);
+        if (len <= 0 || i == winner) continue;
+        const int least = static_cast<int>(score * kDif * 0.01 * len);
+        const int equal = overlaps.Equal(i, least);
+        if (equal >= least && Percent(equal, len) >= score * kDif) return false;
     }
-    return best;
+    return true;
+}
+
+int Connect(const Overlaps& overlaps, int Min, int Max, double match_ratio) {
+    const int likely = overlaps.Likely();
+    if (likely > 0 && likely >= Min && likely <= Max && Wins(overlaps, likely, Min, Max, match_ratio)) {
+        return likely - Min;
+    }
+    return Slide(overlaps, Min, Max).Winner(match_ratio, kDif);
 }
 
 }  // namespace
@@ -95,9 +159,7 @@ int align_connect(const std::string& read_a, const std::string& read_b, int Min,
     if (EitherEmpty(read_a, read_b)) return -1;
     const int longer = std::max(Size(read_a), Size(read_b));
     if (longer - Min + 1 < 0) std::exit(-1);
-    const BestTwo best =
-        Size(read_a) > Size(read_b) ? SlideFromLeft(read_a, read_b, Min, longer) : SlideFromRight(read_a, read_b, Min);
-    return best.Winner(match_ratio, kDif);
+    return Connect(Overlaps(read_a, read_b, Size(read_a) > Size(read_b)), Min, longer, match_ratio);
 }
 
 int align_connect(const std::string& read_a, const std::string& read_b, int Min) {
@@ -106,7 +168,7 @@ int align_connect(const std::string& read_a, const std::string& read_b, int Min)
 
 int align_connect(const std::string& read_a, const std::string& read_b, int Min, int Max) {
     if (EitherEmpty(read_a, read_b)) return -1;
-    return SlideFromLeft(read_a, read_b, Min, Max).Winner(kMatchRatio, kDif);
+    return Connect(Overlaps(read_a, read_b, true), Min, Max, kMatchRatio);
 }
 
 int get_max(double*& value, int size, double match_ratio, double dif) {

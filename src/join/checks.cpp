@@ -6,6 +6,7 @@
 #include <iostream>
 #include <map>
 
+#include "align/edge_seeds.h"
 #include "align/overlap.h"
 #include "align/piece.h"
 #include "align/search.h"
@@ -49,9 +50,10 @@ bool IsRepeatSeq(const std::string& seq, TagInfo*& tagInfo) {
 bool BeforeCrossCheck(std::string& seq, const std::vector<Read>& reads, const std::string& edge, int threadId) {
     std::ofstream& log = logFile[threadId];
     const std::string usetmp = Tail(seq, 2 * Length(edge));
+    const EdgeSeeds used(usetmp);
     for (int i = 1; i + 1 < static_cast<int>(reads.size()); ++i) {
         const std::string& r = reads[static_cast<std::size_t>(i)].seq;
-        int over1 = forward_overlap(usetmp, r, 1, 0.97);
+        int over1 = forward_overlap(used, r, 1, 0.97);
         // A read that lies inside the sequence is no bridge.
         if (over1 == Length(r)) over1 = 0;
         if (Length(r) < Min_overlap) continue;
@@ -78,10 +80,11 @@ bool BeforeCrossCheck(std::string& seq, const std::vector<Read>& reads, const st
 bool AfterCrossCheck(const std::string& edge, const std::vector<Read>& reads, std::string& seq, int limit,
                      int threadId) {
     std::ofstream& log = logFile[threadId];
+    const EdgeSeeds edge_seeds(edge);
     for (int i = 1; i + 1 < static_cast<int>(reads.size()); ++i) {
         const std::string& r = reads[static_cast<std::size_t>(i)].seq;
         // On this side the edge is contig sequence, so the first overlap is the strict one and may be short.
-        const int over1 = forward_overlap(edge, r, 1, 0.99);
+        const int over1 = forward_overlap(edge_seeds, r, 1, 0.99);
         if (Length(r) > limit) continue;
         if (over1 < min_align || over1 >= Length(r) || over1 > Length(edge)) continue;
         const int over2 = forward_overlap(r, seq, 1, 0.95);

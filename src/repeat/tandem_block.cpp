@@ -61,10 +61,12 @@ bool EdgesShowLittle(const TandemGap& gap) {
 
 /// Lets each read anchor on the one edge that it shares more with, the after edge on a tie, and cuts it there.
 void AnchorReads(TandemGap& gap, std::vector<int>& start, std::vector<int>& end) {
+    const EdgeSeeds edge1(gap.edge1);
+    const EdgeSeeds edge2(gap.edge2);
     for (int i = 1; i < static_cast<int>(gap.reads.size()) - 1; ++i) {
         std::string& read = gap.reads[i].seq;
-        const Anchor before = BeforeAnchor(gap.edge1, read);
-        const Anchor after = AfterAnchor(read, gap.edge2);
+        const Anchor before = BeforeAnchor(edge1, read);
+        const Anchor after = AfterAnchor(read, edge2);
         if (before.overlap < Length(read)) {
             start[i] = SeedOverlap(before.overlap, gap.last_num1 * gap.unit_len, gap.unit_len);
         }

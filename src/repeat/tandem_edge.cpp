@@ -24,9 +24,10 @@ std::string Copies(const std::string& unit, int count) {
 /// The first and the last entry stay 0, although only one of the two reads is an edge.
 std::vector<int> SeedBefore(std::vector<Read>& reads, int run, int unit_len) {
     std::vector<int> start(reads.size(), 0);
+    const EdgeSeeds edge(reads.front().seq);
     for (int i = 1; i < static_cast<int>(reads.size()) - 1; ++i) {
         std::string& read = reads[i].seq;
-        const Anchor anchor = BeforeAnchor(reads.front().seq, read);
+        const Anchor anchor = BeforeAnchor(edge, read);
         if (anchor.overlap <= Length(read)) start[i] = SeedOverlap(anchor.overlap, run, unit_len);
         if (anchor.overhang > 0) read = From(read, anchor.overhang);
     }
@@ -35,9 +36,10 @@ std::vector<int> SeedBefore(std::vector<Read>& reads, int run, int unit_len) {
 
 std::vector<int> SeedAfter(std::vector<Read>& reads, int run, int unit_len) {
     std::vector<int> end(reads.size(), 0);
+    const EdgeSeeds edge(reads.back().seq);
     for (int i = 1; i < static_cast<int>(reads.size()) - 1; ++i) {
         std::string& read = reads[i].seq;
-        const Anchor anchor = AfterAnchor(read, reads.back().seq);
+        const Anchor anchor = AfterAnchor(read, edge);
         if (anchor.overlap <= Length(read)) end[i] = SeedOverlap(anchor.overlap, run, unit_len);
         if (anchor.overhang > 0) read = Head(read, Length(read) - anchor.overhang);
     }

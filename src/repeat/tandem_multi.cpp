@@ -68,14 +68,16 @@ bool GoesTheOrdinaryRoad(MultiGap& gap) {
 
 /// Anchors each read on the before edge if it can, uncut, and otherwise on the after edge.
 void AnchorReads(MultiGap& gap, std::vector<int>& start, std::vector<int>& end) {
+    const EdgeSeeds edge1(gap.edge1);
+    const EdgeSeeds edge2(gap.edge2);
     for (int i = 1; i < static_cast<int>(gap.reads.size()) - 1; ++i) {
         std::string& read = gap.reads[i].seq;
-        const Anchor before = BeforeAnchor(gap.edge1, read);
+        const Anchor before = BeforeAnchor(edge1, read);
         if (before.overlap <= Length(read)) {
             start[i] = SeedOverlap(before.overlap, gap.last_num1 * gap.unit_len, gap.unit_len);
         }
         if (start[i] > 0) continue;
-        const Anchor after = AfterAnchor(read, gap.edge2);
+        const Anchor after = AfterAnchor(read, edge2);
         if (after.overlap <= Length(read)) {
             end[i] = SeedOverlap(after.overlap, gap.last_num2 * gap.unit_len, gap.unit_len);
         }

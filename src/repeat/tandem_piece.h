@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "align/overlap.h"
+#include "align/edge_seeds.h"
 #include "align/piece.h"
 #include "run/settings.h"
 
@@ -53,13 +53,13 @@ struct Anchor {
 };
 
 // Repeats are compared base by base: one mismatch would let a read slide by a whole unit.
-inline Anchor BeforeAnchor(const std::string& edge, const std::string& read) {
+inline Anchor BeforeAnchor(const EdgeSeeds& edge, const std::string& read) {
     int before_len = -1;
     const int overlap = overlap_before_len(edge, read, 1, before_len, 1.0);
     return {overlap, before_len};
 }
 
-inline Anchor AfterAnchor(const std::string& read, const std::string& edge) {
+inline Anchor AfterAnchor(const std::string& read, const EdgeSeeds& edge) {
     int after_len = -1;
     const int overlap = overlap_after_len(read, edge, 1, after_len, 1.0);
     return {overlap, after_len};

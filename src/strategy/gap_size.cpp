@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "align/overlap.h"
+#include "align/edge_seeds.h"
 #include "align/search.h"
 #include "run/settings.h"
 #include "run/streams.h"
@@ -46,16 +46,18 @@ Estimates CollectEstimates(std::vector<Read>& reads, std::map<int, int>& read, b
     Estimates estimates;
     const std::string& before_seq = reads.front().seq;
     const std::string& after_seq = reads.back().seq;
+    const EdgeSeeds before(before_seq);
+    const EdgeSeeds after(after_seq);
     const int num = static_cast<int>(reads.size());
     for (int i = 1; i < num - 1; ++i) {
         std::string& read_seq = reads[static_cast<std::size_t>(i)].seq;
         int before_len = -1;
-        const int over1 = overlap_before_len(before_seq, read_seq, 5, before_len, 0.98);
+        const int over1 = overlap_before_len(before, read_seq, 5, before_len, 0.98);
         // A read that fails below stays trimmed, too.
         if (before_len >= 0) read_seq = Slice(read_seq, before_len, static_cast<int>(read_seq.size()));
         if (over1 <= Min_overlap) continue;
         int after_len = -1;
-        const int over2 = overlap_after_len(read_seq, after_seq, 5, after_len, 0.98);
+        const int over2 = overlap_after_len(read_seq, after, 5, after_len, 0.98);
         if (over2 <= Min_overlap) continue;
         if (after_len >= 0) DropEnd(read_seq, after_len);
 

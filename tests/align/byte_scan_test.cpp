@@ -78,6 +78,20 @@ TEST(CountEqual, EqualsThePlainCount) {
         }
         ASSERT_EQ(CountEqual(a.bytes.get(), b.bytes.get(), size), equal);
         ASSERT_EQ(CountEqualBases(a.bytes.get(), b.bytes.get(), mask.bytes.get(), size), equal_bases);
+        // A count that is reached is told, and only a lower one gives up.
+        const int least = random() % 200;
+        const int told = CountEqual(a.bytes.get(), b.bytes.get(), size, least);
+        if (equal >= least) {
+            ASSERT_EQ(told, equal);
+        } else {
+            ASSERT_LT(told, least);
+        }
+        const int told_bases = CountEqualBases(a.bytes.get(), b.bytes.get(), mask.bytes.get(), size, least);
+        if (equal_bases >= least) {
+            ASSERT_EQ(told_bases, equal_bases);
+        } else {
+            ASSERT_LT(told_bases, least);
+        }
     }
 }
 

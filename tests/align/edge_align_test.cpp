@@ -224,5 +224,21 @@ TEST_F(AlignConnect, EqualsItsPlainTwin) {
     EXPECT_GT(negative, 300);
 }
 
+// Long enough that a length is given up before it is counted out.
+TEST_F(AlignConnect, EqualsItsPlainTwinOnLongSequences) {
+    std::mt19937 random(72);
+    for (int round = 0; round < 200; ++round) {
+        std::string genome = RandomBases(random, 900, round % 4 == 0 ? "AC" : round % 2 == 0 ? "ACGTN" : "ACGT");
+        if (round % 5 == 0) genome.replace(400, 300, genome.substr(round, 300));
+        const std::string a = genome.substr(random() % 100, 200 + random() % 300);
+        std::string b = genome.substr(random() % 400, 200 + random() % 300);
+        for (int changes = round % 2 == 0 ? random() % 60 : 0; changes > 0; --changes) b[random() % b.size()] = 'A';
+        const int longer = static_cast<int>(std::max(a.size(), b.size()));
+        const double ratio = round % 3 == 0 ? 0.9 : 0.5;
+        ASSERT_EQ(align_connect(a, b, 8, ratio), PlainConnect(a, b, 8, longer, a.size() > b.size(), ratio)) << round;
+        ASSERT_EQ(align_connect(a, b, 8, 700), PlainConnect(a, b, 8, 700, true, 0.9)) << round;
+    }
+}
+
 }  // namespace
 }  // namespace lintara
