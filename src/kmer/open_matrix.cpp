@@ -78,27 +78,30 @@ struct OpenMatrix::State {
     void SettlePartners(int read) {
         if (settled[read] != 0) return;
         settled[read] = 1;
-        const std::uint8_t* row = rows[read];
         Enter(read);
-        samples.ForEach(whole, read, [&](int other) {
-            if (row[other] != OPEN_CELL) return;
+        for (const int other : samples.Partners(whole, read)) {
+            if (rows[read][other] != OPEN_CELL) continue;
             const int one = read < other ? read : other;
             const int two = read < other ? other : read;
             Settle(one, two, finder.OverlapWithEntered(one, two, read, places));
-        });
+        }
     }
 
     void SettleRow(int read) {
         if (read < whole.start || read >= whole.end) return;
         SettlePartners(read);
         std::uint8_t* row = rows[read];
-        for (int i = whole.start; i < whole.end; ++i) row[i] = row[i] == OPEN_CELL ? 0 : row[i];
+        for (int i = whole.start, end = whole.end; i < end; ++i) row[i] = row[i] == OPEN_CELL ? 0 : row[i];
     }
 
     void SettleColumn(int read) {
         if (read < whole.start || read >= whole.end) return;
         SettlePartners(read);
-        for (int i = whole.start; i < whole.end; ++i) rows[i][read] = rows[i][read] == OPEN_CELL ? 0 : rows[i][read];
+        std::uint8_t* const* from = rows.data();
+        for (int i = whole.start, end = whole.end; i < end; ++i) {
+            std::uint8_t& cell = from[i][read];
+            if (cell == OPEN_CELL) cell = 0;
+        }
     }
 
     void SettlePair(int a, int b) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <numeric>
 
 #include "run/settings.h"
 
@@ -199,6 +200,7 @@ void SampledWords::Index(const LaidReads& laid) {
     }
     entries_.assign(1, Entry{0, 0, 0});
     strange_.clear();
+    met_.assign(laid.reads.size(), 0);
     whole_words_ = distance >= 1;
     if (!whole_words_) return;
     for (int i = laid.start; i < laid.end; ++i) {
@@ -215,6 +217,34 @@ void SampledWords::Index(const LaidReads& laid) {
             head = static_cast<std::uint32_t>(entries_.size() - 1);
         }
     }
+}
+
+const std::vector<int>& SampledWords::Partners(const LaidReads& laid, int read) {
+    const LaidRead& given = laid.reads[read];
+    if (!whole_words_ || given.strange) {
+        partners_.resize(static_cast<std::size_t>(laid.end - laid.start));
+        std::iota(partners_.begin(), partners_.end(), laid.start);
+        return partners_;
+    }
+    partners_.resize(laid.reads.size() + 1);  // one behind the last is written, too
+    int* partners = partners_.data();
+    int* met = met_.data();
+    std::size_t number = 0;
+    const int words = given.length - laid.plan.pattlen + 1;
+    for (int place = 0; place < words; ++place) {
+        const std::uint16_t word = given.words[place];
+        if ((sampled_[word / 64] >> (word % 64) & 1) == 0) continue;
+        // Most partners share several words. Which word is the first to tell can't be predicted, so there is no branch.
+        for (std::uint32_t entry = heads_[word]; entry != 0; entry = entries_[entry].next) {
+            const int other = static_cast<int>(entries_[entry].read);
+            partners[number] = other;
+            number += met[other] != read + 1 ? 1 : 0;
+            met[other] = read + 1;
+        }
+    }
+    partners_.resize(number);
+    partners_.insert(partners_.end(), strange_.begin(), strange_.end());
+    return partners_;
 }
 
 }  // namespace lintara

@@ -36,25 +36,8 @@ class SampledWords {
   public:
     void Index(const LaidReads& laid);
 
-    /// Calls each(j) for all inner reads j that may share a k-mer with this one, itself included; for some of them more
-    /// than once.
-    template <typename Each>
-    void ForEach(const LaidReads& laid, int read, Each each) const {
-        const LaidRead& given = laid.reads[read];
-        if (!whole_words_ || given.strange) {
-            for (int j = laid.start; j < laid.end; ++j) each(j);
-            return;
-        }
-        const int count = given.length - laid.plan.pattlen + 1;
-        for (int place = 0; place < count; ++place) {
-            const std::uint16_t word = given.words[place];
-            if ((sampled_[word / 64] >> (word % 64) & 1) == 0) continue;
-            for (std::uint32_t entry = heads_[word]; entry != 0; entry = entries_[entry].next) {
-                each(static_cast<int>(entries_[entry].read));
-            }
-        }
-        for (const int j : strange_) each(j);
-    }
+    /// All inner reads that may share a k-mer with one, itself perhaps included; each once. Good until the next call.
+    const std::vector<int>& Partners(const LaidReads& laid, int read);
 
   private:
     struct Entry {
@@ -67,6 +50,8 @@ class SampledWords {
     std::vector<std::uint32_t> heads_{};    // by word: its last entry, or 0
     std::vector<Entry> entries_{};          // entry 0 is none
     std::vector<int> strange_{};            // inner reads with a byte that is no base
+    std::vector<int> partners_{};
+    std::vector<int> met_{};  // by read: number of the last one whose partner it was, + 1
 };
 
 }  // namespace lintara

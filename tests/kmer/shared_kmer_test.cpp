@@ -67,8 +67,9 @@ TEST_F(SharedKmer, PairsAreThoseOfTheTable) {
         int differ = 0;
         int missed = 0;
         for (int i = 0; i < num; ++i) {
-            std::set<int> partners;
-            samples.ForEach(laid, i, [&](int j) { partners.insert(j); });
+            const std::vector<int> list = samples.Partners(laid, i);
+            const std::set<int> partners(list.begin(), list.end());
+            EXPECT_EQ(partners.size(), list.size()) << "round " << round;
             for (int j = i + 1; j < num; ++j) {
                 const bool share = plain[i][j] != 0;
                 differ += ShareKey(laid.reads[i], laid.reads[j], laid.plan.pattlen) != share ? 1 : 0;
