@@ -24,6 +24,19 @@ struct Tables {
 
 thread_local Tables spare;
 
+/// What is known of the table that the thread lent out last.
+struct Lent {
+    const TagInfo* tagInfo = nullptr;  // null: nothing
+    std::vector<int> filled{};         // the records with distances, all of them
+};
+
+thread_local Lent lent;
+
+// The arrays keep their room for the next gap.
+void Clear(TagInfo& tag) {
+    if (tag.differentDistanceNum > 0) tag.differentDistanceNum = 0;
+}
+
 }  // namespace
 
 void TakeTables(TagInfo*& tagInfo, int*& freq) {
@@ -31,13 +44,25 @@ void TakeTables(TagInfo*& tagInfo, int*& freq) {
     freq = std::exchange(spare.freq, nullptr);
     if (tagInfo == nullptr) tagInfo = new TagInfo[TAG];
     if (freq == nullptr) freq = new int[TAG]();
+    lent.tagInfo = tagInfo;
+    lent.filled.clear();
+}
+
+void NoteFilled(const TagInfo* tagInfo, const std::vector<int>& tags) {
+    if (tagInfo == lent.tagInfo) lent.filled.insert(lent.filled.end(), tags.begin(), tags.end());
+}
+
+void NoteUnknown(const TagInfo* tagInfo) {
+    if (tagInfo == lent.tagInfo) lent.tagInfo = nullptr;
 }
 
 void GiveBackTables(TagInfo*& tagInfo, int*& freq) {
-    for (int tag = 0; tagInfo != nullptr && tag < kTagValues; ++tag) {
-        // The arrays keep their room for the next gap.
-        if (tagInfo[tag].differentDistanceNum > 0) tagInfo[tag].differentDistanceNum = 0;
+    if (tagInfo != nullptr && tagInfo == lent.tagInfo) {
+        for (const int tag : lent.filled) Clear(tagInfo[tag]);
+    } else if (tagInfo != nullptr) {
+        for (int tag = 0; tag < kTagValues; ++tag) Clear(tagInfo[tag]);
     }
+    lent.tagInfo = nullptr;
     // Whatever the thread already keeps is a pair like these.
     std::swap(spare.tagInfo, tagInfo);
     std::swap(spare.freq, freq);

@@ -2,6 +2,8 @@
 // them, so a thread keeps one pair from gap to gap and clears only the records that were filled.
 #pragma once
 
+#include <vector>
+
 #include "repeat/tag_info.h"
 
 namespace lintara {
@@ -11,6 +13,13 @@ namespace lintara {
 /// @param tagInfo  out: records without distances
 /// @param freq     out: frequencies of any value; find_type() sets them
 void TakeTables(TagInfo*& tagInfo, int*& freq);
+
+/// Tells that these records of a table have got distances. When all that have are told of, GiveBackTables() need not
+/// look at the other ones.
+void NoteFilled(const TagInfo* tagInfo, const std::vector<int>& tags);
+
+/// Tells that records of a table may have distances of which NoteFilled() does not know.
+void NoteUnknown(const TagInfo* tagInfo);
 
 /// Takes the tables of a gap back for the thread's next one; both become null.
 ///

@@ -1,6 +1,7 @@
 // The records of the tag table: how they grow, are asked and are freed.
 #include <algorithm>
 
+#include "repeat/spare_tables.h"
 #include "repeat/tag_scan.h"
 #include "repeat/type.h"
 #include "run/settings.h"
@@ -56,6 +57,7 @@ void AddTimes(TagInfo& tag, int distance, int times, int& hint) {
 }
 
 void AddDistance(TagInfo*& tagInfo, std::uint64_t tagBit, int distance) {
+    NoteUnknown(tagInfo);
     int hint = 0;
     AddTimes(tagInfo[tagBit], distance, 1, hint);
 }

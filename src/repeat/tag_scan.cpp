@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "repeat/spare_tables.h"
+
 namespace lintara {
 namespace {
 
@@ -41,14 +43,14 @@ void CountPairs(TagScan& scan, TagInfo& tag) {
     scan.distances.clear();
 }
 
-void NoteRecurrence(TagScan& scan, int tag, int before, int place) {
+inline void NoteRecurrence(TagScan& scan, int tag, int before, int place) {
     if (before % 2 == 0) scan.firsts.push_back(before / 2);
     scan.next[before / 2] = place;
     scan.next[place] = -1;
     scan.last[tag] = 2 * place + 1;
 }
 
-/// Hands the pairs of all tags that recur in the read to their records.
+/// Hands the pairs of all tags that recur to their records.
 void CountRecurring(const TagReads& laid, TagInfo* tagInfo, TagScan& scan) {
     for (const int first : scan.firsts) {
         const int tag = laid.Tag(first);
@@ -94,6 +96,9 @@ void CountWithoutN(const TagReads& laid, int from, int end, int* freq, TagScan& 
 }  // namespace
 
 void ScanTags(const TagReads& laid, bool skip_n, int* freq, TagInfo* tagInfo, TagScan& scan) {
+    // The pairs are handed on a few reads at a time: one read of 100 bases has one recurrence by chance, and a loop
+    // over so few ends where no processor can foresee it.
+    const std::size_t enough = 256;
     scan.last.assign(kTagValues, -1);
     scan.found.clear();
     if (scan.next.size() < laid.bases.size()) scan.next.resize(laid.bases.size());
@@ -103,8 +108,10 @@ void ScanTags(const TagReads& laid, bool skip_n, int* freq, TagInfo* tagInfo, Ta
         } else {
             CountAll(laid, laid.First(read), laid.TagsEnd(read), freq, scan);
         }
-        if (!scan.firsts.empty()) CountRecurring(laid, tagInfo, scan);
+        if (scan.firsts.size() >= enough) CountRecurring(laid, tagInfo, scan);
     }
+    CountRecurring(laid, tagInfo, scan);
+    NoteFilled(tagInfo, scan.found);
 }
 
 }  // namespace lintara

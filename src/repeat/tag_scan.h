@@ -13,7 +13,7 @@ namespace lintara {
 struct TagScan {
     std::vector<int> last;       ///< by tag, twice its last place, plus 1 where the tag had recurred in the read
     std::vector<int> next;       ///< by place, the next place of the same tag; -1: none. Set for tags that recur
-    std::vector<int> firsts;     ///< first places of the tags that recur in the read
+    std::vector<int> firsts;     ///< first places of tags that recur in a read, and are not yet counted
     std::vector<int> places;     ///< places of one tag in the read, ascending
     std::vector<int> times;      ///< by distance, pairs of one tag; 0 throughout between tags
     std::vector<int> distances;  ///< distances with pairs, in order of first appearance

@@ -19,6 +19,7 @@
 #include "run/settings.h"
 #include "run/streams.h"
 #include "run/worker.h"
+#include "store/gap_reads.h"
 #include "store/load.h"
 
 namespace lintara {
@@ -43,7 +44,7 @@ void ReadOptions(int argc, char** argv) {
 }
 
 void LoadStore() {
-    Loadgapfile(gap_file, contig_file, scaffolds, scafid);
+    LoadGapPlaces(gap_file, contig_file, scaffolds, scafid);
     Loadcontigfile(contig_file, scaffolds, scafid);
     if (scafid.empty()) {
         std::cerr << "Fail to load gap and contig files" << std::endl;
@@ -192,6 +193,7 @@ void FreeStore() {
     delete[] scaffolds;
     scaffolds = nullptr;
     scafid.clear();
+    CloseGapPlaces();
 }
 
 void CloseStreams() {

@@ -7,6 +7,7 @@
 #include "run/settings.h"
 #include "run/streams.h"
 #include "run/worker.h"
+#include "store/gap_reads.h"
 #include "strategy/fillgap.h"
 #include "strategy/sequence.h"
 
@@ -77,6 +78,7 @@ std::string FillGapWithReads(int scaf_id, Scaf& scaffold, int gap_index, int thr
 
     int Realgaplen = 1;
     const std::time_t start = std::time(nullptr);
+    const GapReads reads(gap);
     std::string gap_seq = AssembleGap(gap, scaffold.contigs[gap.before_contig_id],
                                       scaffold.contigs[gap.before_contig_id + 1], Realgaplen, threadId);
     LogText(threadId) << "gap" << gap.id << " seq: " << gap_seq << "\t" << gap_seq.size()

@@ -8,62 +8,23 @@ namespace lintara {
 
 namespace {
 
-const std::size_t kBufferSize = 1 << 17;
-
 bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// Reads one to nine digits with a white space behind them. Somewhere behind `at` a line end must follow.
-///
-/// @return the place behind the digits; null for what is longer or followed by anything else
-inline const char* PlainNumber(const char* at, Len_t& number) {
-    const char* const first = at;
-    Len_t value = 0;
-    unsigned digit = 0;
-    while ((digit = static_cast<unsigned char>(*at) - unsigned{'0'}) <= 9) {
-        value = value * 10 + digit;  // wraps for a number that is turned down below
+bool HoldsTwoLines(const char* at, const char* end) {
+    for (int lines = 0; lines < 2; ++lines) {
+        at = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+        if (at == nullptr) return false;
         ++at;
     }
-    number = value;
-    return at != first && at - first <= 9 && IsSpace(*at) ? at : nullptr;
-}
-
-inline const char* PlainNumber(const char* at, int& number) {
-    const bool negative = *at == '-';
-    Len_t value = 0;
-    at = PlainNumber(negative ? at + 1 : at, value);
-    if (at != nullptr) number = negative ? -static_cast<int>(value) : static_cast<int>(value);
-    return at;
-}
-
-/// A plain number behind blanks or tabs; null when `at` is.
-template <class Number>
-inline const char* NextPlainNumber(const char* at, Number& number) {
-    if (at == nullptr) return nullptr;
-    while (*at == ' ' || *at == '\t') ++at;
-    return PlainNumber(at, number);
-}
-
-/// Reads a header line whose five fields are plain numbers; false for any other. The line ends with '\n'.
-bool PlainHeader(const char* at, GapHeader& header) {
-    if (*at != '>') return false;
-    header.marked = true;
-    at = PlainNumber(at + 1, header.gap);
-    at = NextPlainNumber(at, header.length);
-    at = NextPlainNumber(at, header.position);
-    at = NextPlainNumber(at, header.scaffold);
-    return NextPlainNumber(at, header.contig) != nullptr;
-}
-
-const char* LineEnd(const char* from, const char* end) {
-    return static_cast<const char*>(std::memchr(from, '\n', static_cast<std::size_t>(end - from)));
+    return true;
 }
 
 }  // namespace
 
 LookaheadBuffer::LookaheadBuffer(std::streambuf& source)
-    : source_(source), bytes_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {
+    : source_(source), bytes_(std::make_unique_for_overwrite<char[]>(kRecordRoom + kRecordSlack)) {
     setg(bytes_.get(), bytes_.get(), bytes_.get());
 }
 
@@ -71,9 +32,11 @@ bool LookaheadBuffer::Refill() {
     if (ended_) return false;
     const std::size_t left = static_cast<std::size_t>(egptr() - gptr());
     std::memmove(bytes_.get(), gptr(), left);
-    const std::streamsize room = static_cast<std::streamsize>(kBufferSize - left);
+    const std::streamsize room = static_cast<std::streamsize>(kRecordRoom - left);
     const std::streamsize count = source_.sgetn(bytes_.get() + left, room);
     ended_ = count < room;
+    read_ += static_cast<std::uint64_t>(count);
+    std::memset(bytes_.get() + left + count, 0, kRecordSlack);
     setg(bytes_.get(), bytes_.get(), bytes_.get() + left + count);
     return count > 0;
 }
@@ -87,6 +50,7 @@ GapFile::GapFile(const std::string& file)
     : file_(file.c_str(), 0, std::ios::in), buffer_(*file_.rdbuf()), in_(&buffer_) {
     // Else running out of memory in the middle of a line looks like the end of the file. Nothing else sets this bit.
     in_.exceptions(std::ios::badbit);
+    uncompressed_ = file_.rdbuf()->uncompressed();
     if (file_) return;
     std::cerr << "Fail to load file " << file << std::endl;
     std::exit(-1);
@@ -99,6 +63,7 @@ bool GapFile::ReadHeader(GapHeader& header) {
 /// Takes a record of the plain shape that lies in the buffer with both its lines; changes nothing for any other.
 bool GapFile::ReadWholeRecord(GapHeader& header) {
     whole_ = {};
+    in_place_ = false;
     if (!in_.good()) return false;
     for (;;) {
         const char* const end = buffer_.End();
@@ -107,16 +72,13 @@ bool GapFile::ReadWholeRecord(GapHeader& header) {
         for (; at != end && IsSpace(*at); ++at) {
             if (*at == '\n') ++lines;
         }
-        const char* const header_end = LineEnd(at, end);
-        const char* const sequence_end = header_end == nullptr ? nullptr : LineEnd(header_end + 1, end);
-        if (sequence_end != nullptr) {
-            if (!PlainHeader(at, header)) return false;
+        if (plain_.Take(at, end, header, whole_) != nullptr) {
             line_ += lines;
             header_line_ = line_;
-            whole_ = {header_end + 1, static_cast<std::size_t>(sequence_end - (header_end + 1))};
+            in_place_ = uncompressed_ && at == buffer_.Begin();
             return true;
         }
-        if (!buffer_.Refill()) return false;
+        if (HoldsTwoLines(at, end) || !buffer_.Refill()) return false;
     }
 }
 

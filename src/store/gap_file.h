@@ -6,26 +6,17 @@
 // way unusual goes through a stream on the same buffer.
 #pragma once
 
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <streambuf>
 #include <string>
 #include <string_view>
 
-#include "store/gap.h"
+#include "store/gap_record.h"
 #include "store/gzstream.h"
 
 namespace lintara {
-
-/// The header line of a record in the gap file.
-struct GapHeader {
-    bool marked = false;  ///< whether the first field begins with '>'
-    int gap = 0;          ///< gap id
-    Len_t length = 0;     ///< bases
-    int position = 0;
-    int scaffold = 0;  ///< scaffold id
-    int contig = 0;    ///< index of the contig in front of the gap
-};
 
 /// A large buffer in front of another, whose content can also be looked at in place.
 class LookaheadBuffer : public std::streambuf {
@@ -33,10 +24,14 @@ class LookaheadBuffer : public std::streambuf {
     explicit LookaheadBuffer(std::streambuf& source);
 
     /// What is in the buffer and not yet consumed: [Begin(), End()).
+    /// kRecordSlack zeros stand behind.
     const char* Begin() const { return gptr(); }
     const char* End() const { return egptr(); }
     /// Consumes all in front of `to`, which lies in [Begin(), End()].
     void ConsumeTo(const char* to) { setg(eback(), eback() + (to - eback()), egptr()); }
+
+    /// Bytes of the source in front of Begin().
+    std::uint64_t Offset() const { return read_ - static_cast<std::uint64_t>(egptr() - gptr()); }
 
     /// Reads on behind what is there. @return false when that brought nothing: the buffer is full, or the source ended
     bool Refill();
@@ -47,6 +42,7 @@ class LookaheadBuffer : public std::streambuf {
   private:
     std::streambuf& source_;
     std::unique_ptr<char[]> bytes_;
+    std::uint64_t read_ = 0;  // bytes that the source has given so far
     bool ended_ = false;
 };
 
@@ -64,6 +60,13 @@ class GapFile {
     /// @return the sequence line, which stands until the next call of ReadHeader()
     std::string_view ReadSequence();
 
+    /// Whether the record that ReadHeader() found last is plain and stands right behind the one before it, in a file
+    /// that is not compressed.
+    bool InPlace() const { return in_place_; }
+
+    /// Bytes of the uncompressed file in front of what was not taken yet.
+    std::uint64_t Offset() const { return buffer_.Offset(); }
+
     /// Number of the line on which the header stands that was read last, from 1.
     long HeaderLine() const { return header_line_; }
 
@@ -75,7 +78,10 @@ class GapFile {
     igzstream file_;
     LookaheadBuffer buffer_;
     std::istream in_;
+    PlainRecords plain_;
     std::string_view whole_;  // sequence of the record at hand if it was taken whole, else with a null pointer
+    bool uncompressed_ = false;
+    bool in_place_ = false;
     std::string name_;
     std::string rest_;
     std::string sequence_;

@@ -20,6 +20,8 @@ class gzstreambuf : public std::streambuf {
     gzstreambuf& operator=(const gzstreambuf&) = delete;
 
     bool is_open() const { return opened; }
+    /// Whether the file is handed through as it is.
+    bool uncompressed() const { return Readable() && gzdirect(file) != 0; }
 
     /// Opens a file.
     ///

@@ -7,9 +7,12 @@
 #include <iostream>
 #include <sstream>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "run/settings.h"
 #include "store/gap_file.h"
+#include "store/gap_reads.h"
 
 namespace lintara {
 
@@ -52,6 +55,116 @@ void InitialUnfilled(const Scaf& scaffold) {
     }
 }
 
+/// One gap's records in the gap file.
+struct GapRun {
+    GapHeader first;          ///< header of the first record
+    Len_t reads = 0;          ///< number of records
+    std::uint64_t begin = 0;  ///< bytes in front of the first record
+    std::uint64_t end = 0;    ///< bytes in front of what stands behind the last record
+};
+
+/// Notes where the gaps of a gap file stand, for as long as its records allow it.
+class GapRuns {
+  public:
+    /// Notes the record at hand, before its sequence is taken.
+    ///
+    /// @param new_gap  whether no record before was one of its gap
+    void NoteHeader(const GapFile& file, const GapHeader& header, bool new_gap) {
+        if (!usable_) return;
+        if (new_gap) {
+            runs_.push_back({header, 0, end_, end_});
+        } else {
+            const GapHeader& first = runs_.back().first;
+            usable_ = header.gap == first.gap && header.scaffold == first.scaffold && header.contig == first.contig;
+        }
+        usable_ = usable_ && file.InPlace();
+        ++runs_.back().reads;
+    }
+    /// Notes that the record ends here.
+    ///
+    /// @param length  of its sequence line; a short one is told of when it is loaded, so it is not left in the file
+    void NoteEnd(const GapFile& file, std::size_t length) {
+        usable_ = usable_ && length > 1;
+        if (!usable_) {
+            runs_ = {};
+            return;
+        }
+        end_ = file.Offset();
+        runs_.back().end = end_;
+    }
+    bool usable() const { return usable_; }
+    const std::vector<GapRun>& runs() const { return runs_; }
+
+  private:
+    std::vector<GapRun> runs_;
+    std::uint64_t end_ = 0;
+    bool usable_ = true;
+};
+
+/// Loadgapnum() that also notes the places of the gaps.
+void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns& runs) {
+    GapFile in(file);
+    GapHeader header;
+    int last_gap = 0;
+    int* count = nullptr;
+    while (in.ReadHeader(header)) {
+        if (!header.marked) {
+            std::cerr << "Error in load gap file\n";
+            std::exit(-1);
+        }
+        bool new_gap = false;
+        if (count == nullptr || header.gap != last_gap) {
+            const auto [entry, inserted] = gapreadsum.try_emplace(header.gap, 0);
+            count = &entry->second;
+            new_gap = inserted;
+            last_gap = header.gap;
+        }
+        ++*count;
+        runs.NoteHeader(in, header, new_gap);
+        runs.NoteEnd(in, in.ReadSequence().size());
+    }
+    std::cerr << "Number count finished!\n"
+              << "Gap number: " << gapreadsum.size() << std::endl;
+}
+
+/// Takes all gaps out of the store.
+void ResetGaps(Scaf* scaffolds, std::size_t scaffold_count) {
+    for (std::size_t i = 0; i < scaffold_count; ++i) {
+        for (Len_t gap = 0; gap < scaffolds[i].gapSum; ++gap) scaffolds[i].gaps[gap] = Gap();
+    }
+}
+
+/// Enters the gaps into the store without their reads.
+///
+/// @return false, with no gap entered, when one of them has no place of its own
+bool EnterGaps(const std::vector<GapRun>& runs, Scaf* scaffolds, const std::map<int, int>& scafid) {
+    for (const GapRun& run : runs) {
+        const auto found = scafid.find(run.first.scaffold);
+        if (found == scafid.end()) return ResetGaps(scaffolds, scafid.size()), false;
+        const Scaf& scaffold = scaffolds[found->second];
+        const int contig = run.first.contig;
+        const bool inside = contig >= 0 && static_cast<Len_t>(contig) < scaffold.gapSum;
+        if (!inside || scaffold.gaps[contig].greadSum != 0) return ResetGaps(scaffolds, scafid.size()), false;
+        Gap& gap = scaffold.gaps[contig];
+        gap.id = run.first.gap;
+        gap.greadSum = run.reads;
+        gap.gap_length = static_cast<int>(run.first.length);
+        gap.before_contig_id = contig;
+    }
+    return true;
+}
+
+/// Leaves all reads in the gap file. @return false, with the store unchanged, when they must be loaded
+bool LeaveReads(const std::string& file, const GapRuns& gaps, Scaf* scaffolds, const std::map<int, int>& scafid) {
+    if (!gaps.usable() || !EnterGaps(gaps.runs(), scaffolds, scafid)) return false;
+    std::vector<GapPlace> places;
+    places.reserve(gaps.runs().size());
+    for (const GapRun& run : gaps.runs()) places.push_back({run.first.gap, run.begin, run.end});
+    if (OpenGapPlaces(file, std::move(places))) return true;
+    ResetGaps(scaffolds, scafid.size());
+    return false;
+}
+
 bool EndsWithNonBase(std::string_view text) {
     return alphabet1[text.back()] == 4;
 }
@@ -90,24 +203,19 @@ bool ReadLine(std::ifstream& in, std::string& line, const std::string& file) {
     }
 }
 
-}  // namespace
+/// Fills the scaffolds from the contig file behind the count of the reads. @return whether there is anything to load
+bool CountContigs(std::string& file, const std::map<int, int>& gapreadsum, Scaf*& scaffolds,
+                  std::map<int, int>& scafid) {
+    Loadcontignum(file, scaffolds, scafid);
+    std::cerr << "scaffold number in total: " << scafid.size() << std::endl;
+    if (!gapreadsum.empty() && !scafid.empty()) return true;
+    std::cerr << "Is gapread.fa or contig.fa empty? Can't find read or contig seq\n";
+    return false;
+}
 
-void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid) {
-    std::map<int, int> gapreadsum;
-    Loadgapnum(file1, gapreadsum);
-    Loadcontignum(file2, scaffolds, scafid);
+/// Loads all reads into the store.
+void LoadReads(const std::string& file1, std::map<int, int>& gapreadsum, Scaf* scaffolds, std::map<int, int>& scafid) {
     const std::size_t scaffold_count = scafid.size();
-    std::cerr << "scaffold number in total: " << scaffold_count << std::endl;
-    if (gapreadsum.empty() || scafid.empty()) {
-        std::cerr << "Is gapread.fa or contig.fa empty? Can't find read or contig seq\n";
-        return;
-    }
-    for (const auto& [id, num] : scafid) {
-        for (Len_t i = 0; i < scaffolds[num].gapSum; ++i) {
-            scaffolds[num].gaps[i].id = -1;
-            scaffolds[num].gaps[i].greadSum = 0;
-        }
-    }
     std::map<int, int> gapreadnum;
     for (const auto& [id, sum] : gapreadsum) gapreadnum.emplace_hint(gapreadnum.end(), id, 0);
 
@@ -153,17 +261,34 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
             BadRecord(file1, in.HeaderLine(), Text("more reads for gap ", gap_number, " than counted: ", gap.greadSum));
         }
         gap.position[*stored] = header.position;
-        std::string_view sequence = in.ReadSequence();
-        if (sequence.size() <= 1) {
-            std::cerr << "short read: " << sequence << std::endl;
-        } else if (EndsWithNonBase(sequence)) {
-            sequence.remove_suffix(1);
-        }
-        gap.reads[*stored] = std::string(sequence);
+        const std::string_view sequence = in.ReadSequence();
+        if (sequence.size() <= 1) std::cerr << "short read: " << sequence << std::endl;
+        gap.reads[*stored] = std::string(StoredSequence(sequence));
         ++*stored;
     }
     for (std::size_t i = 0; i < scaffold_count; ++i) InitialUnfilled(scaffolds[i]);
     std::cerr << "gap file load finished!\n";
+}
+
+}  // namespace
+
+void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid) {
+    std::map<int, int> gapreadsum;
+    Loadgapnum(file1, gapreadsum);
+    if (CountContigs(file2, gapreadsum, scaffolds, scafid)) LoadReads(file1, gapreadsum, scaffolds, scafid);
+}
+
+void LoadGapPlaces(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid) {
+    std::map<int, int> gapreadsum;
+    GapRuns runs;
+    CountReads(file1, gapreadsum, runs);
+    if (!CountContigs(file2, gapreadsum, scaffolds, scafid)) return;
+    if (LeaveReads(file1, runs, scaffolds, scafid)) {
+        std::cerr << "start to load gap file\ngap file load finished!\n";
+        return;
+    }
+    runs = {};
+    LoadReads(file1, gapreadsum, scaffolds, scafid);
 }
 
 void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid) {
@@ -220,24 +345,8 @@ void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& sca
 }
 
 void Loadgapnum(std::string& file, std::map<int, int>& gapreadsum) {
-    GapFile in(file);
-    GapHeader header;
-    int last_gap = 0;
-    int* count = nullptr;
-    while (in.ReadHeader(header)) {
-        if (!header.marked) {
-            std::cerr << "Error in load gap file\n";
-            std::exit(-1);
-        }
-        if (count == nullptr || header.gap != last_gap) {
-            count = &gapreadsum[header.gap];
-            last_gap = header.gap;
-        }
-        ++*count;
-        in.ReadSequence();
-    }
-    std::cerr << "Number count finished!\n"
-              << "Gap number: " << gapreadsum.size() << std::endl;
+    GapRuns runs;
+    CountReads(file, gapreadsum, runs);
 }
 
 void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid) {

@@ -1,6 +1,7 @@
 // Loads the two input files into the store in four passes: a count of the reads of every gap, a count of the contigs of
 // every scaffold, the reads, and the contig sequences. The counts come first so that every array has its final size
-// when it is allocated. All messages go to the error stream, and a fatal one ends the process at once, status -1.
+// when it is allocated. The pass over the reads can be put off to the time when each gap is treated, see gap_reads.h.
+// All messages go to the error stream, and a fatal one ends the process at once, status -1.
 //
 // What the files say is taken as correct, with these consequences that users meet: an id that the contig file does not
 // know is an alias of the scaffold at index 0, scaffold id 0 has no place of its own in the store and is written over
@@ -27,6 +28,14 @@ namespace lintara {
 /// @param scaffolds  out: array of the scaffolds, owned by the caller
 /// @param scafid     out: scaffold id to index in scaffolds
 void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid);
+
+/// Loadgapfile(), but that leaves the reads in the gap file, if they can be fetched from it gap by gap; see GapReads.
+/// All else is as there, messages and ends of the process included, so that every fault of the files shows here.
+///
+/// They can when the file is a plain one, uncompressed, in which every record has the plain shape and a sequence of two
+/// characters or more, when the records of a gap follow each other, and when every gap has a place in the store that no
+/// other gap has.
+void LoadGapPlaces(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid);
 
 /// Fills contigs and front_gap_lens of all scaffolds. Bases keep their case; a carriage return stays in.
 ///

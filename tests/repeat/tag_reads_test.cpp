@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "repeat/spare_tables.h"
+#include "repeat/tag_scan.h"
 #include "repeat/tag_table.h"
 
 namespace lintara {
@@ -92,6 +93,36 @@ TEST(SpareTables, NextGapGetsThemWithoutDistances) {
     // A table that a solver has freed is not taken back.
     FreetagInfo(tagInfo);
     GiveBackTables(tagInfo, freq);
+}
+
+TEST(SpareTables, WhatTheDetectorAndOthersFilledIsCleared) {
+    std::mt19937 random(43);
+    for (int round = 0; round < 60; ++round) {
+        TagInfo* tagInfo = nullptr;
+        int* freq = nullptr;
+        TakeTables(tagInfo, freq);
+        for (int tag = 0; tag < kTagValues; ++tag) ASSERT_EQ(tagInfo[tag].differentDistanceNum, 0) << round;
+        TagReads laid;
+        TagScan scan;
+        for (int scans = static_cast<int>(random() % 3); scans > 0; --scans) {
+            std::string read;
+            for (int i = 0; i < 200; ++i) read += "ACGT"[random() % 2];
+            laid.Append(read);
+            laid.FillTags();
+            ScanTags(laid, false, freq, tagInfo, scan);
+        }
+        if (round % 3 == 0) AddDistance(tagInfo, random() % 4096, 9);
+        if (round % 4 == 0) {
+            // Another pair is lent out meanwhile.
+            TagInfo* other = nullptr;
+            int* other_freq = nullptr;
+            TakeTables(other, other_freq);
+            AddDistance(other, 100, 7);
+            if (round % 8 == 0) std::swap(other, tagInfo);
+            GiveBackTables(other, other_freq);
+        }
+        GiveBackTables(tagInfo, freq);
+    }
 }
 
 TEST(SpareTables, SeveralMayBeOut) {
