@@ -57,8 +57,14 @@ struct OpenMatrix::State {
         const LaidRead& left = laid().reads[overlap.length > 0 ? one : two];
         const LaidRead& right = laid().reads[overlap.length > 0 ? two : one];
         const int n = std::abs(overlap.length);
-        return SurelyShareKey(left.bases + left.length - n, right.bases, n, overlap.equal) ||
-               ShareKey(whole.reads[one], whole.reads[two], whole.plan.pattlen);
+        if (SurelyShareKey(left.bases + left.length - n, right.bases, n, overlap.equal)) return true;
+        if (!may_be_cut && entered == one) return ShareWithEntered(two);
+        if (!may_be_cut && entered == two) return ShareWithEntered(one);
+        return ShareKey(whole.reads[one], whole.reads[two], whole.plan.pattlen);
+    }
+
+    bool ShareWithEntered(int other) {
+        return ShareKeyWithEntered(whole.reads[other], whole.reads[entered], whole.plan.pattlen, places);
     }
 
     void Settle(int one, int two, FoundOverlap overlap) {

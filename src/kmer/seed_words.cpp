@@ -74,8 +74,10 @@ void FirstPlaces::Enter(const std::uint16_t* words, int length, int pattlen) {
         stamp_ = STEP;
     }
     // From the end on, so that the leftmost place stays.
+    std::uint16_t* const entries = entries_.data();
+    const unsigned int stamp = stamp_;
     for (int place = length - pattlen; place >= 0; --place) {
-        entries_[words[place]] = static_cast<std::uint16_t>(stamp_ | static_cast<unsigned int>(place));
+        entries[words[place]] = static_cast<std::uint16_t>(stamp | static_cast<unsigned int>(place));
     }
     entries_[NoWord(pattlen)] = 0;
 }

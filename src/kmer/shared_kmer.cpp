@@ -159,16 +159,36 @@ bool KeysMeet(const LaidRead& a, const LaidRead& b) {
 
 }  // namespace
 
-bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen) {
+namespace {
+
+/// Whether two reads share a key.
+/// @param first  leftmost place of a word in b, or -1
+/// @param next   the next place of the same word behind one, or -1
+template <typename First, typename Next>
+bool ShareKeyAtSamples(const LaidRead& a, const LaidRead& b, int pattlen, First first, Next next) {
     const int distance = SampleDistance(pattlen);
     if (a.strange || b.strange || distance < 1) return KeysMeet(a, b);
     for (int place = 0; place <= a.length - pattlen; place += distance) {
         const std::uint16_t word = a.words[place];
-        for (int found = FindWord(b, pattlen, word); found >= 0; found = FindWord(b, pattlen, word, found + 1)) {
+        for (int found = first(word); found >= 0; found = next(word, found)) {
             if (ShareKeyAround(a, place, b, found)) return true;
         }
     }
     return false;
+}
+
+}  // namespace
+
+bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen) {
+    return ShareKeyAtSamples(
+        a, b, pattlen, [&](std::uint16_t word) { return FindWord(b, pattlen, word); },
+        [&](std::uint16_t word, int place) { return FindWord(b, pattlen, word, place + 1); });
+}
+
+bool ShareKeyWithEntered(const LaidRead& a, const LaidRead& b, int pattlen, const FirstPlaces& places) {
+    return ShareKeyAtSamples(
+        a, b, pattlen, [&](std::uint16_t word) { return places.Find(word); },
+        [&](std::uint16_t word, int place) { return FindWord(b, pattlen, word, place + 1); });
 }
 
 bool SurelyShareKey(const char* a, const char* b, int n, int equal) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "kmer/laid_reads.h"
+#include "kmer/seed_words.h"
 
 namespace lintara {
 
@@ -21,6 +22,9 @@ void WriteKeys(const char* bases, int length, std::vector<std::uint64_t>& keys);
 
 /// Whether two reads of a block share a key. pattlen: bases of their words.
 bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen);
+
+/// The same, with b entered in a table of words.
+bool ShareKeyWithEntered(const LaidRead& a, const LaidRead& b, int pattlen, const FirstPlaces& places);
 
 /// Whether n columns of two reads are such that the reads share a key for sure. Says so of nearly all overlaps that
 /// share one, and costs less.

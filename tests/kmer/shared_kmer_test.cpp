@@ -51,6 +51,7 @@ TEST_F(SharedKmer, PairsAreThoseOfTheTable) {
     const int lengths[] = {1, 2, 5, 7, 11, 15, 16, 21, 29, 30, 31, 32, 33, 35, 40};
     LaidReads laid;
     SampledWords samples;
+    FirstPlaces places;
     for (int round = 0; round < 450; ++round) {
         BlockKind kind;
         Kmer = lengths[round % 15];
@@ -73,6 +74,9 @@ TEST_F(SharedKmer, PairsAreThoseOfTheTable) {
             for (int j = i + 1; j < num; ++j) {
                 const bool share = plain[i][j] != 0;
                 differ += ShareKey(laid.reads[i], laid.reads[j], laid.plan.pattlen) != share ? 1 : 0;
+                places.Enter(laid.reads[j].words, laid.reads[j].length, laid.plan.pattlen);
+                const bool entered = ShareKeyWithEntered(laid.reads[i], laid.reads[j], laid.plan.pattlen, places);
+                differ += entered != share ? 1 : 0;
                 missed += share && partners.count(j) == 0 ? 1 : 0;
             }
         }
