@@ -36,6 +36,7 @@ bool LookaheadBuffer::Refill() {
     const std::streamsize count = source_.sgetn(bytes_.get() + left, room);
     ended_ = count < room;
     read_ += static_cast<std::uint64_t>(count);
+    if (kept_ != nullptr) kept_->Append(bytes_.get() + left, static_cast<std::size_t>(count));
     std::memset(bytes_.get() + left + count, 0, kRecordSlack);
     setg(bytes_.get(), bytes_.get(), bytes_.get() + left + count);
     return count > 0;
@@ -50,7 +51,7 @@ GapFile::GapFile(const std::string& file)
     : file_(file.c_str(), 0, std::ios::in), buffer_(*file_.rdbuf()), in_(&buffer_) {
     // Else running out of memory in the middle of a line looks like the end of the file. Nothing else sets this bit.
     in_.exceptions(std::ios::badbit);
-    uncompressed_ = file_.rdbuf()->uncompressed();
+    compressed_ = !file_.rdbuf()->uncompressed();
     if (file_) return;
     std::cerr << "Fail to load file " << file << std::endl;
     std::exit(-1);
@@ -75,7 +76,7 @@ bool GapFile::ReadWholeRecord(GapHeader& header) {
         if (plain_.Take(at, end, header, whole_) != nullptr) {
             line_ += lines;
             header_line_ = line_;
-            in_place_ = uncompressed_ && at == buffer_.Begin();
+            in_place_ = at == buffer_.Begin();
             return true;
         }
         if (HoldsTwoLines(at, end) || !buffer_.Refill()) return false;

@@ -15,6 +15,7 @@
 
 #include "store/gap_record.h"
 #include "store/gzstream.h"
+#include "store/kept_text.h"
 
 namespace lintara {
 
@@ -30,6 +31,9 @@ class LookaheadBuffer : public std::streambuf {
     /// Consumes all in front of `to`, which lies in [Begin(), End()].
     void ConsumeTo(const char* to) { setg(eback(), eback() + (to - eback()), egptr()); }
 
+    /// Has what the source gives from now on appended to a text; null to end that.
+    void Keep(KeptText* text) { kept_ = text; }
+
     /// Bytes of the source in front of Begin().
     std::uint64_t Offset() const { return read_ - static_cast<std::uint64_t>(egptr() - gptr()); }
 
@@ -42,6 +46,7 @@ class LookaheadBuffer : public std::streambuf {
   private:
     std::streambuf& source_;
     std::unique_ptr<char[]> bytes_;
+    KeptText* kept_ = nullptr;
     std::uint64_t read_ = 0;  // bytes that the source has given so far
     bool ended_ = false;
 };
@@ -60,11 +65,16 @@ class GapFile {
     /// @return the sequence line, which stands until the next call of ReadHeader()
     std::string_view ReadSequence();
 
-    /// Whether the record that ReadHeader() found last is plain and stands right behind the one before it, in a file
-    /// that is not compressed.
+    /// Whether the file is compressed.
+    bool Compressed() const { return compressed_; }
+
+    /// Has what is read from now on appended to a text, uncompressed; null to end that.
+    void Keep(KeptText* text) { buffer_.Keep(text); }
+
+    /// Whether the record that ReadHeader() found last is plain and stands right behind the one before it.
     bool InPlace() const { return in_place_; }
 
-    /// Bytes of the uncompressed file in front of what was not taken yet.
+    /// Bytes of the file, uncompressed, in front of what was not taken yet.
     std::uint64_t Offset() const { return buffer_.Offset(); }
 
     /// Number of the line on which the header stands that was read last, from 1.
@@ -80,7 +90,7 @@ class GapFile {
     std::istream in_;
     PlainRecords plain_;
     std::string_view whole_;  // sequence of the record at hand if it was taken whole, else with a null pointer
-    bool uncompressed_ = false;
+    bool compressed_ = false;
     bool in_place_ = false;
     std::string name_;
     std::string rest_;

@@ -20,8 +20,9 @@ namespace {
 
 /// The gap file while its reads are fetched. It is kept open, so that it may be renamed or removed meanwhile.
 struct OpenFile {
-    int descriptor = -1;
+    int descriptor = -1;  // -1: there is no file, but perhaps a text
     std::string name;
+    KeptText text;
     std::vector<GapPlace> places;  // by ascending id
 };
 
@@ -32,6 +33,10 @@ bool Before(const GapPlace& place, int gap) {
     return place.gap < gap;
 }
 
+void Sort(std::vector<GapPlace>& places) {
+    std::sort(places.begin(), places.end(), [](const GapPlace& a, const GapPlace& b) { return a.gap < b.gap; });
+}
+
 [[noreturn]] void FileHasChanged() {
     std::cerr << "Fail to load file " + source.name + "\n" << std::flush;
     std::exit(-1);
@@ -39,6 +44,7 @@ bool Before(const GapPlace& place, int gap) {
 
 /// Reads on at `offset`. @return number of bytes, never 0
 std::size_t ReadAt(std::uint64_t offset, char* to, std::size_t size) {
+    if (source.descriptor < 0) return source.text.Copy(offset, to, size);
     ssize_t count = 0;
     do {
         count = pread(source.descriptor, to, size, static_cast<off_t>(offset));
@@ -85,9 +91,15 @@ bool OpenGapPlaces(const std::string& file, std::vector<GapPlace> places) {
         if (descriptor >= 0) close(descriptor);
         return false;
     }
-    std::sort(places.begin(), places.end(), [](const GapPlace& a, const GapPlace& b) { return a.gap < b.gap; });
-    source = {descriptor, file, std::move(places)};
+    Sort(places);
+    source = {descriptor, file, {}, std::move(places)};
     return true;
+}
+
+void OpenGapPlaces(KeptText text, std::vector<GapPlace> places) {
+    CloseGapPlaces();
+    Sort(places);
+    source = {-1, "", std::move(text), std::move(places)};
 }
 
 void CloseGapPlaces() {

@@ -1,7 +1,7 @@
 // The reads of a gap, fetched from the gap file when their gap is treated. The file is counted record by record before
 // the work begins, and a gap whose records stand together and in plain shape needs no more than their place until
 // then. So the store never holds more reads than the workers work on, whatever the size of the file, and fetching them
-// is work that the threads share.
+// is work that the threads share. A compressed file has no places to go to; of such a one the text is kept.
 //
 // LoadGapPlaces() in load.h decides whether a file allows this. For one that does not, all reads are loaded into the
 // store at once, and nothing here has an effect.
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "store/gap.h"
+#include "store/kept_text.h"
 
 namespace lintara {
 
@@ -28,7 +29,10 @@ struct GapPlace {
 /// @return false when the file is none in which one can go to a place; nothing is fetched then
 bool OpenGapPlaces(const std::string& file, std::vector<GapPlace> places);
 
-/// Forgets all places.
+/// Has the reads fetched from the text of a compressed gap file instead.
+void OpenGapPlaces(KeptText text, std::vector<GapPlace> places);
+
+/// Forgets all places, and the text.
 void CloseGapPlaces();
 
 /// Has the reads and positions of a gap in the store for as long as it lives.

@@ -102,8 +102,11 @@ class GapRuns {
 };
 
 /// Loadgapnum() that also notes the places of the gaps.
-void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns& runs) {
+///
+/// @param text  out: the text of a compressed file, if the places in it are of use; may be null
+void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns& runs, KeptText* text) {
     GapFile in(file);
+    if (in.Compressed()) in.Keep(text);
     GapHeader header;
     int last_gap = 0;
     int* count = nullptr;
@@ -122,6 +125,10 @@ void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns
         ++*count;
         runs.NoteHeader(in, header, new_gap);
         runs.NoteEnd(in, in.ReadSequence().size());
+        if (text != nullptr && !runs.usable()) {
+            in.Keep(nullptr);
+            text->Clear();
+        }
     }
     std::cerr << "Number count finished!\n"
               << "Gap number: " << gapreadsum.size() << std::endl;
@@ -154,12 +161,17 @@ bool EnterGaps(const std::vector<GapRun>& runs, Scaf* scaffolds, const std::map<
     return true;
 }
 
-/// Leaves all reads in the gap file. @return false, with the store unchanged, when they must be loaded
-bool LeaveReads(const std::string& file, const GapRuns& gaps, Scaf* scaffolds, const std::map<int, int>& scafid) {
+/// Leaves all reads in the gap file, or in its text.
+///
+/// @param text  of a compressed file, else empty
+/// @return false, with the store unchanged, when the reads must be loaded
+bool LeaveReads(const std::string& file, KeptText& text, const GapRuns& gaps, Scaf* scaffolds,
+                const std::map<int, int>& scafid) {
     if (!gaps.usable() || !EnterGaps(gaps.runs(), scaffolds, scafid)) return false;
     std::vector<GapPlace> places;
     places.reserve(gaps.runs().size());
     for (const GapRun& run : gaps.runs()) places.push_back({run.first.gap, run.begin, run.end});
+    if (text.size() > 0) return OpenGapPlaces(std::move(text), std::move(places)), true;
     if (OpenGapPlaces(file, std::move(places))) return true;
     ResetGaps(scaffolds, scafid.size());
     return false;
@@ -281,13 +293,15 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
 void LoadGapPlaces(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid) {
     std::map<int, int> gapreadsum;
     GapRuns runs;
-    CountReads(file1, gapreadsum, runs);
+    KeptText text;
+    CountReads(file1, gapreadsum, runs, &text);
     if (!CountContigs(file2, gapreadsum, scaffolds, scafid)) return;
-    if (LeaveReads(file1, runs, scaffolds, scafid)) {
+    if (LeaveReads(file1, text, runs, scaffolds, scafid)) {
         std::cerr << "start to load gap file\ngap file load finished!\n";
         return;
     }
     runs = {};
+    text.Clear();
     LoadReads(file1, gapreadsum, scaffolds, scafid);
 }
 
@@ -346,7 +360,7 @@ void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& sca
 
 void Loadgapnum(std::string& file, std::map<int, int>& gapreadsum) {
     GapRuns runs;
-    CountReads(file, gapreadsum, runs);
+    CountReads(file, gapreadsum, runs, nullptr);
 }
 
 void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid) {
