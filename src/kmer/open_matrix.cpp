@@ -32,21 +32,27 @@ struct OpenMatrix::State {
     FirstPlaces places{};
     int entered = -1;         // the read in places
     int asked[2] = {-1, -1};  // the pair that was settled alone last
-    std::vector<std::uint8_t> cells{};
-    std::vector<std::uint8_t*> rows{};
+    std::unique_ptr<std::uint8_t[]> cells{};
+    std::unique_ptr<std::uint8_t* []> rows {};
+    std::size_t room = 0;                 // reads for which cells and rows are enough
     std::vector<std::uint8_t> settled{};  // by read: all its pairs are known
 
     /// The rows of num reads, with the cells of the first and the last read 0. The others are written by Release().
     void MakeCells(int num) {
         const std::size_t width = static_cast<std::size_t>(num);
-        cells.resize(width * width);
-        rows.resize(width);
+        if (width > room) {
+            rows.reset();
+            cells.reset();
+            rows.reset(detail::NewRows(width));
+            cells.reset(detail::NewCells(width * width));
+            room = width;
+        }
         for (std::size_t i = 0; i < width; ++i) {
-            rows[i] = cells.data() + i * width;
+            rows[i] = cells.get() + i * width;
             rows[i][0] = rows[i][width - 1] = 0;
         }
-        std::memset(rows.front(), 0, width);
-        std::memset(rows.back(), 0, width);
+        std::memset(rows[0], 0, width);
+        std::memset(rows[width - 1], 0, width);
     }
 
     /// The block whose overlaps are sought.
@@ -72,7 +78,7 @@ struct OpenMatrix::State {
         const int length2 = laid().reads[two].length;
         const int n = std::abs(overlap.length);
         const bool counts = n > 0 && n < length1 && n < length2 && ShareKmer(one, two, overlap);
-        detail::SettleCells(rows.data(), one, two, length1, length2, counts ? overlap.length : 0);
+        detail::SettleCells(rows.get(), one, two, length1, length2, counts ? overlap.length : 0);
     }
 
     void Enter(int read) {
@@ -93,17 +99,19 @@ struct OpenMatrix::State {
         }
     }
 
+    bool IsInner(int read) const { return read >= whole.start && read < whole.end; }
+
     void SettleRow(int read) {
-        if (read < whole.start || read >= whole.end) return;
+        if (!IsInner(read)) return;
         SettlePartners(read);
         std::uint8_t* row = rows[read];
         for (int i = whole.start, end = whole.end; i < end; ++i) row[i] = row[i] == OPEN_CELL ? 0 : row[i];
     }
 
     void SettleColumn(int read) {
-        if (read < whole.start || read >= whole.end) return;
+        if (!IsInner(read)) return;
         SettlePartners(read);
-        std::uint8_t* const* from = rows.data();
+        std::uint8_t* const* from = rows.get();
         for (int i = whole.start, end = whole.end; i < end; ++i) {
             std::uint8_t& cell = from[i][read];
             if (cell == OPEN_CELL) cell = 0;
@@ -111,6 +119,7 @@ struct OpenMatrix::State {
     }
 
     void SettlePair(int a, int b) {
+        if (!IsInner(a) || !IsInner(b)) return;
         const int one = a < b ? a : b;
         const int two = a < b ? b : a;
         if (settled[one] != 0 || settled[two] != 0) {
@@ -199,7 +208,7 @@ void OpenMatrix::Release() {
 }
 
 std::uint8_t** OpenMatrix::cells() {
-    return state_->rows.data();
+    return state_->rows.get();
 }
 
 namespace detail {

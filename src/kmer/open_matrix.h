@@ -16,11 +16,12 @@
 
 namespace lintara {
 
-/// Value of a cell that is not settled yet; no overlap of reads of an open matrix is that long.
+/// Value of a cell that is not settled yet. No overlap of inner reads of an open matrix is that long; one of its two
+/// edges may be, and is left as it is.
 const std::uint8_t OPEN_CELL = 255;
 
 namespace detail {
-/// Settles the cells of two reads, if the matrix is the thread's open one.
+/// Settles the cells of two reads, if the matrix is the thread's open one and both are inner reads.
 void SettlePair(const std::uint8_t* const* matrix, int a, int b);
 }  // namespace detail
 

@@ -37,10 +37,10 @@ T* NewArray(std::size_t count, const char* message) {
 
 // The matrix of num rows, all cells 0.
 std::uint8_t** NewMatrix(std::uint16_t read_number) {
-    std::uint8_t** matrix = NewArray<std::uint8_t*>(read_number, "Out of memory! Main: 142. Function: hash2matrix\n");
+    std::uint8_t** matrix = detail::NewRows(read_number);
     for (int i = 0; i < read_number; ++i) {
         // Twice what the cells take; the spare half is never touched.
-        matrix[i] = NewArray<std::uint8_t>(2U * read_number, "Out of memory! Line: 152. Function: hash2matrix\n");
+        matrix[i] = detail::NewCells(2U * read_number);
         std::memset(matrix[i], 0, read_number);
     }
     return matrix;
@@ -66,6 +66,14 @@ void LogCell(std::ofstream& log, int read, std::uint8_t cell) {
 }
 
 }  // namespace
+
+std::uint8_t** detail::NewRows(std::size_t count) {
+    return NewArray<std::uint8_t*>(count, "Out of memory! Main: 142. Function: hash2matrix\n");
+}
+
+std::uint8_t* detail::NewCells(std::size_t count) {
+    return NewArray<std::uint8_t>(count, "Out of memory! Line: 152. Function: hash2matrix\n");
+}
 
 std::uint64_t seq2bit(const std::string& seq) {
     if (seq.size() > 31) {

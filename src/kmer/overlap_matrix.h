@@ -11,6 +11,7 @@
 // The cells of the edge reads (row 0, column num - 1) are the block driver's.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -68,6 +69,10 @@ std::uint8_t** hash2matrix(HashSet*& hash, std::uint16_t read_number);
 void overlap_matrix(std::uint8_t**& matrix, const std::vector<Read>& reads, int method, int type, int threadId);
 
 namespace detail {
+
+/// Arrays of a matrix, not filled in. Memory that is short is waited for, as in hash2matrix().
+std::uint8_t** NewRows(std::size_t count);
+std::uint8_t* NewCells(std::size_t count);
 
 /// Writes what overlap() said of reads i and j into the cell of its direction and clears the mirror. An overlap that is
 /// not shorter than both reads clears both.

@@ -43,8 +43,9 @@ bool IsKnown(const std::vector<int>& with_edge, int i) {
     return !with_edge.empty() && i > 0 && i + 1 < static_cast<int>(with_edge.size());
 }
 
-/// Whether an edge and a read are too short for any seed. Then they do not overlap, and no finder is asked: it would
-/// end the process over a text that is shorter than its pattern. The search of method 4 takes all lengths but 0.
+/// Whether an edge and a read are too short for a seed of overlap(). Then they do not overlap, and no finder is asked:
+/// it would end the process over a text that is shorter than its pattern. The search of method 4 takes all lengths
+/// but 0.
 bool TooShortToOverlap(const std::string& edge, const std::string& read, int method) {
     const int length = std::min(Length(edge), Length(read));
     const int seed = detail::PlanSeeds(method).pattlen;

@@ -159,6 +159,27 @@ TEST_F(OpenMatrixTest, MatrixThatWasFilledOtherwiseIsReadAsItIs) {
     EXPECT_EQ(matrix[0][1], 0);
 }
 
+TEST_F(OpenMatrixTest, OverlapOfTheEdgesMayLookLikeAnOpenCell) {
+    std::mt19937 random(8);
+    BlockKind kind;
+    kind.genome = 900;
+    const std::vector<Read> reads = RandomBlock(random, kind, 600);
+    const int num = static_cast<int>(reads.size());
+    OpenMatrix open;
+    ASSERT_TRUE(open.Begin(reads, 1, 3));
+    open.cells()[0][num - 1] = 255;
+    open.Release();
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(Cell(open.cells(), 0, num - 1), 255);
+        SettleRow(open.cells(), 0);
+        SettleColumn(open.cells(), num - 1);
+        SettleAll(open.cells(), num);
+        EXPECT_EQ(Cell(open.cells(), 0, num - 1), 255);
+    }
+    ClearCell(open.cells(), 0, num - 1);
+    EXPECT_EQ(Cell(open.cells(), 0, num - 1), 0);
+}
+
 TEST_F(OpenMatrixTest, OneThatIsMadeMeanwhileTakesThePlaceUntilItEnds) {
     std::mt19937 random(7);
     BlockKind kind;
