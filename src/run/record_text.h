@@ -86,7 +86,7 @@ class LogText {
     void Reserve(std::size_t room) {
         if (room > kSize - size_) Send();
     }
-    LogText& EndAt(const char* end) {
+    LogText& EndAt(char* end) {
         size_ = static_cast<std::size_t>(end - text_);
         return *this;
     }
