@@ -13,6 +13,7 @@
 #include "run/settings.h"
 #include "run/streams.h"
 #include "store/gap.h"
+#include "store/gap_reads.h"
 #include "store/load.h"
 
 namespace lintara::fuzz {
@@ -108,6 +109,25 @@ struct Store {
     }
 };
 
+/// Holds a store against one whose reads are fetched gap by gap.
+void ExpectSame(const Store& loaded, const Store& fetched) {
+    if (loaded.scafid != fetched.scafid) std::abort();
+    for (const auto& [id, num] : loaded.scafid) {
+        for (Len_t i = 0; i < loaded.scaffolds[num].gapSum; ++i) {
+            const Gap& wanted = loaded.scaffolds[num].gaps[i];
+            Gap& gap = fetched.scaffolds[num].gaps[i];
+            const GapReads reads(gap);
+            if (gap.id != wanted.id || gap.greadSum != wanted.greadSum || gap.gap_length != wanted.gap_length ||
+                gap.before_contig_id != wanted.before_contig_id) {
+                std::abort();
+            }
+            for (Len_t r = 0; r < gap.greadSum; ++r) {
+                if (gap.reads[r] != wanted.reads[r] || gap.position[r] != wanted.position[r]) std::abort();
+            }
+        }
+    }
+}
+
 }  // namespace
 
 void Prepare() {
@@ -166,6 +186,11 @@ void LoadAndWalk(const std::string& gap_path, const std::string& contig_path) {
     Loadcontigfile(contigs, store.scaffolds, store.scafid);
     static volatile std::uint64_t sink;
     for (const auto& [id, num] : store.scafid) sink = sink + Touch(store.scaffolds[num]);
+
+    Store fetched;
+    LoadGapPlaces(gaps, contigs, fetched.scaffolds, fetched.scafid);
+    ExpectSame(store, fetched);
+    CloseGapPlaces();
 }
 
 }  // namespace lintara::fuzz

@@ -44,7 +44,8 @@ class MemoryFile {
     std::string path_;
 };
 
-/// Loads the two files into a fresh store, touches all that it holds, and frees it.
+/// Loads the two files into a fresh store, touches all that it holds, and holds it against one whose reads are fetched
+/// gap by gap.
 void LoadAndWalk(const std::string& gap_path, const std::string& contig_path);
 
 }  // namespace lintara::fuzz
