@@ -134,7 +134,7 @@ BestTwo Slide(const Overlaps& overlaps, int Min, int Max) {
 // asked first of a length that is likely to win.
 bool Wins(const Overlaps& overlaps, int winner, int Min, int Max, double match_ratio) {
     const double score = overlaps.Score(winner, overlaps.Equal(winner, 0));
-    if (score == 0 || score < match_ratio * 100) return false;
+    if (score == 0 || !(score >= match_ratio * 100)) return false;
     for (int i = Min; i <= Max; ++i) {
         const int len = overlaps.Length(i);
         if (len <= 0 || i == winner) continue;

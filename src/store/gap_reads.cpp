@@ -83,14 +83,15 @@ void ReadRecords(const GapPlace& place, const Store& store) {
 
 }  // namespace
 
+bool HasPlaces(const std::string& file) {
+    struct stat status {};
+    return stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 bool OpenGapPlaces(const std::string& file, std::vector<GapPlace> places) {
     CloseGapPlaces();
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (descriptor < 0 || fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        if (descriptor >= 0) close(descriptor);
-        return false;
-    }
+    if (descriptor < 0) return false;
     Sort(places);
     source = {descriptor, file, {}, std::move(places)};
     return true;

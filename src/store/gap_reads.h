@@ -23,10 +23,14 @@ struct GapPlace {
     std::uint64_t end = 0;    ///< bytes in front of what stands behind the last record
 };
 
+/// Whether one can go to a place in a file, which a pipe does not allow. Does not open it.
+bool HasPlaces(const std::string& file);
+
 /// Opens the gap file for fetching.
 ///
+/// @param file    one with places
 /// @param places  of all gaps with reads, no id twice
-/// @return false when the file is none in which one can go to a place; nothing is fetched then
+/// @return false when it cannot be opened; nothing is fetched then
 bool OpenGapPlaces(const std::string& file, std::vector<GapPlace> places);
 
 /// Has the reads fetched from the text of a compressed gap file instead.

@@ -106,7 +106,7 @@ class GapRuns {
 /// @param text  out: the text of a compressed file, if the places in it are of use; may be null
 void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns& runs, KeptText* text) {
     GapFile in(file);
-    if (in.Compressed()) in.Keep(text);
+    if (in.Compressed() && HasPlaces(file)) in.Keep(text);
     GapHeader header;
     int last_gap = 0;
     int* count = nullptr;
@@ -147,7 +147,8 @@ void ResetGaps(Scaf* scaffolds, std::size_t scaffold_count) {
 bool EnterGaps(const std::vector<GapRun>& runs, Scaf* scaffolds, const std::map<int, int>& scafid) {
     for (const GapRun& run : runs) {
         const auto found = scafid.find(run.first.scaffold);
-        if (found == scafid.end()) return ResetGaps(scaffolds, scafid.size()), false;
+        // The first records of scaffold 0 go to the first scaffold, which need not be its own.
+        if (found == scafid.end() || run.first.scaffold == 0) return ResetGaps(scaffolds, scafid.size()), false;
         const Scaf& scaffold = scaffolds[found->second];
         const int contig = run.first.contig;
         const bool inside = contig >= 0 && static_cast<Len_t>(contig) < scaffold.gapSum;
@@ -167,7 +168,7 @@ bool EnterGaps(const std::vector<GapRun>& runs, Scaf* scaffolds, const std::map<
 /// @return false, with the store unchanged, when the reads must be loaded
 bool LeaveReads(const std::string& file, KeptText& text, const GapRuns& gaps, Scaf* scaffolds,
                 const std::map<int, int>& scafid) {
-    if (!gaps.usable() || !EnterGaps(gaps.runs(), scaffolds, scafid)) return false;
+    if (!HasPlaces(file) || !gaps.usable() || !EnterGaps(gaps.runs(), scaffolds, scafid)) return false;
     std::vector<GapPlace> places;
     places.reserve(gaps.runs().size());
     for (const GapRun& run : gaps.runs()) places.push_back({run.first.gap, run.begin, run.end});

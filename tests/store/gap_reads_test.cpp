@@ -1,6 +1,7 @@
 #include "store/gap_reads.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <zlib.h>
 
 #include <filesystem>
@@ -162,6 +163,26 @@ TEST_F(GapReadsTest, FilesThatAreLoadedAtOnce) {
         EXPECT_TRUE(Same()) << text;
         EXPECT_GT(in_store_, 0) << text;
     }
+}
+
+TEST_F(GapReadsTest, FirstRecordsOfScaffold0GoToTheFirstScaffold) {
+    std::ofstream(contigs_) << ">scaffold-5_0\t0\nACGT\n>scaffold-5_1\t25\nGGGG\n>scaffold0_0\t0\nTTTT\n"
+                               ">scaffold0_1\t1\nCCCC\n";
+    Write(">3\t25\t47\t0\t0\nACGT\n");
+    EXPECT_TRUE(Same());
+    Store store;
+    LoadGapPlaces(gaps_, contigs_, store.scaffolds, store.ids);
+    EXPECT_EQ(store.scaffolds[store.ids[-5]].gaps[0].id, 3);
+}
+
+TEST_F(GapReadsTest, ThereAreNoPlacesInAPipe) {
+    EXPECT_FALSE(HasPlaces(gaps_)) << "no such file";
+    EXPECT_FALSE(HasPlaces(Directory()));
+    ASSERT_EQ(mkfifo(gaps_.c_str(), 0600), 0);
+    EXPECT_FALSE(HasPlaces(gaps_)) << "and it is not waited for";
+    std::filesystem::remove(gaps_);
+    Write("");
+    EXPECT_TRUE(HasPlaces(gaps_));
 }
 
 TEST_F(GapReadsTest, OfACompressedFileTheTextIsKept) {
