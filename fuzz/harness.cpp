@@ -189,6 +189,7 @@ void LoadAndWalk(const std::string& gap_path, const std::string& contig_path) {
 
     Store fetched;
     LoadGapPlaces(gaps, contigs, fetched.scaffolds, fetched.scafid);
+    Loadcontigfile(contigs, fetched.scaffolds, fetched.scafid);
     ExpectSame(store, fetched);
     CloseGapPlaces();
 }

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "align/overlap.h"
-#include "kmer/hashSet.h"
 #include "kmer/overlap_matrix.h"
+#include "kmer/plain_seeds.h"
 #include "kmer/random_block.h"
 #include "run/settings.h"
 #include "support/thread_streams.h"
@@ -19,18 +19,10 @@ namespace lintara {
 namespace {
 
 using testing::BlockKind;
+using testing::PlainSeeds;
 using testing::RandomBlock;
 
 class OpenMatrixTest : public testing::ThreadStreamsTest {};
-
-/// The seeds by the table of read lists.
-std::uint8_t** PlainSeeds(const std::vector<Read>& reads) {
-    HashSet* hash = init_hashset(1000, 0.75F);
-    fill_hash(hash, reads);
-    std::uint8_t** matrix = hash2matrix(hash, static_cast<std::uint16_t>(reads.size()));
-    free_hash(hash);
-    return matrix;
-}
 
 /// Reads an open matrix in one of the ways in which walks and votes do.
 int Ask(std::mt19937& random, std::uint8_t** matrix, int num, int i, int j) {

@@ -12,6 +12,7 @@
 #include "kmer/hashSet.h"
 #include "kmer/laid_reads.h"
 #include "kmer/overlap_matrix.h"
+#include "kmer/plain_seeds.h"
 #include "kmer/random_block.h"
 #include "run/settings.h"
 #include "support/thread_streams.h"
@@ -20,6 +21,7 @@ namespace lintara {
 namespace {
 
 using testing::BlockKind;
+using testing::PlainSeeds;
 using testing::RandomBlock;
 
 const detail::SeedPlan SEEDS_OF_SEVEN{4, 7};
@@ -29,15 +31,6 @@ class SharedKmer : public ::testing::Test {
     void SetUp() override { testing::ResetSettings(); }
     void TearDown() override { testing::ResetSettings(); }
 };
-
-/// The seeds by the table of read lists.
-std::uint8_t** PlainSeeds(const std::vector<Read>& reads) {
-    HashSet* hash = init_hashset(1000, 0.75F);
-    fill_hash(hash, reads);
-    std::uint8_t** matrix = hash2matrix(hash, static_cast<std::uint16_t>(reads.size()));
-    free_hash(hash);
-    return matrix;
-}
 
 bool Share(const std::string& a, const std::string& b) {
     const std::vector<Read> reads{Read(a, 0), Read(b, 0)};
