@@ -213,6 +213,7 @@ void SampledWords::Index(const LaidReads& laid) {
     const int pattlen = laid.plan.pattlen;
     const int distance = SampleDistance(pattlen);
     heads_.resize(std::size_t{NoWord(LONGEST_WORD)} + 1);
+    walked_.resize(heads_.size());
     sampled_.resize(heads_.size() / 64 + 1);
     for (const Entry& entry : entries_) {
         heads_[entry.word] = 0;
@@ -246,6 +247,10 @@ const std::vector<int>& SampledWords::Partners(const LaidReads& laid, int read) 
         std::iota(partners_.begin(), partners_.end(), laid.start);
         return partners_;
     }
+    if (++turn_ == 0) {
+        std::fill(walked_.begin(), walked_.end(), 0U);
+        turn_ = 1;
+    }
     partners_.resize(laid.reads.size() + 1);  // one behind the last is written, too
     int* partners = partners_.data();
     int* met = met_.data();
@@ -254,6 +259,9 @@ const std::vector<int>& SampledWords::Partners(const LaidReads& laid, int read) 
     for (int place = 0; place < words; ++place) {
         const std::uint16_t word = given.words[place];
         if ((sampled_[word / 64] >> (word % 64) & 1) == 0) continue;
+        // In a repeat the same word comes again and again.
+        if (walked_[word] == turn_) continue;
+        walked_[word] = turn_;
         // Most partners share several words. Which word is the first to tell can't be predicted, so there is no branch.
         for (std::uint32_t entry = heads_[word]; entry != 0; entry = entries_[entry].next) {
             const int other = static_cast<int>(entries_[entry].read);

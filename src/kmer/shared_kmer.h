@@ -52,6 +52,8 @@ class SampledWords {
     bool whole_words_ = false;              // a k-mer is no shorter than a word
     std::vector<std::uint64_t> sampled_{};  // a bit for each word: it has an entry
     std::vector<std::uint32_t> heads_{};    // by word: its last entry, or 0
+    std::vector<std::uint32_t> walked_{};   // by word: the last turn in which its entries were gone through
+    std::uint32_t turn_ = 0;                // of Partners()
     std::vector<Entry> entries_{};          // entry 0 is none
     std::vector<int> strange_{};            // inner reads with a byte that is no base
     std::vector<int> partners_{};
