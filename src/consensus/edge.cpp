@@ -6,7 +6,7 @@
 #include "align/overlap.h"
 #include "consensus/path.h"
 #include "consensus/placing.h"
-#include "kmer/open_matrix.h"
+#include "kmer/matrix_lines.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -84,8 +84,7 @@ BeforePlaces PlaceFromBefore(const std::vector<int>& order, Overlaps matrix, con
         const Read& path_read = reads[order[o]];
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++places.valued_read_num;
-        SettleRow(matrix, order[o]);
-        EachRightOf(matrix[order[o]], reads.size(), [&](std::size_t i, int over) {
+        EachInRow(matrix, order[o], static_cast<int>(reads.size()), [&](int i, int over) {
             if (placing.Has(i) && KeepsPlace(path_read, reads[i])) return;
             const int offset = Length(path_read.seq) - over + iter_len;
             placing.Set(i, offset);
@@ -182,10 +181,8 @@ void AddHead(std::string& seq, const HeadRead& head, int first_of_order, Overlap
                       << "last read: " << head_read << '\n'
                       << "after add: " << seq << '\n';
     placing.Set(static_cast<std::size_t>(head.first_id), 0);
-    for (std::size_t i = 0; i < reads.size(); ++i) {
-        const int over = Cell(matrix, i, first_of_order);
-        if (over != 0) placing.Set(i, over - Length(reads[i].seq) + head.longest_left);
-    }
+    EachInColumn(matrix, first_of_order, static_cast<int>(reads.size()),
+                 [&](int i, int over) { placing.Set(i, over - Length(reads[i].seq) + head.longest_left); });
 }
 
 // Unlike the before form this places the reads that precede a path read, and counts only the reads of the order that
@@ -202,14 +199,12 @@ int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vect
         if (next_over == 0) IllegalOrder("Error in order vector !\t", static_cast<int>(o), threadId);
         ++valued_read_num;
         const int dis0 = Length(path_read) - next_over;
-        for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = Cell(matrix, i, order[o + 1]);
-            if (over == 0) continue;
-            if (reads[i].pos > next.pos && placing.Has(i)) continue;
+        EachInColumn(matrix, order[o + 1], static_cast<int>(reads.size()), [&](int i, int over) {
+            if (reads[i].pos > next.pos && placing.Has(i)) return;
             const int dis1 = Length(reads[i].seq) - over;
             placing.Set(i, dis0 - dis1 + iter_len);
             ++valued_read_num;
-        }
+        });
         iter_len += dis0;
     }
     placing.Set(static_cast<std::size_t>(order.back()), iter_len);
@@ -327,8 +322,7 @@ void Get_snp_middle(std::string& seq, const std::vector<int>& order, Overlaps ma
         const Read& path_read = reads[order[o]];
         placing.Set(static_cast<std::size_t>(order[o]), iter_len);
         ++valued_read_num;
-        SettleRow(matrix, order[o]);
-        EachRightOf(matrix[order[o]], reads.size(), [&](std::size_t i, int over) {
+        EachInRow(matrix, order[o], static_cast<int>(reads.size()), [&](int i, int over) {
             const bool fresh = !placing.Has(i);
             if (!fresh && path_read.pos >= reads[i].pos) return;
             placing.Set(i, Length(path_read.seq) - over + iter_len);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "consensus/placing.h"
-#include "kmer/open_matrix.h"
+#include "kmer/matrix_lines.h"
 #include "run/record_text.h"
 #include "run/streams.h"
 
@@ -36,8 +36,7 @@ int PlaceReads(Placing& placing, const std::vector<int>& order, Overlaps matrix,
         placing.Set(static_cast<std::size_t>(order[k]), offset);
         ++valued_read_num;
         // The successors off the path are witnesses too.
-        SettleRow(matrix, order[k]);
-        EachRightOf(matrix[order[k]], reads.size(), [&](std::size_t r, int over) {
+        EachInRow(matrix, order[k], static_cast<int>(reads.size()), [&](int r, int over) {
             placing.Set(r, Length(path_read) - over + offset);
             ++valued_read_num;
         });

@@ -43,22 +43,4 @@ class Placing {
     std::vector<char> placed_;
 };
 
-/// Calls visit(std::size_t read, int over) with each read that overlaps on the right of the matrix's row, by ascending
-/// number. Most cells are 0, so eight are looked at together.
-template <typename Visit>
-void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
-    std::size_t i = 0;
-    for (; i + sizeof(std::uint64_t) <= num; i += sizeof(std::uint64_t)) {
-        std::uint64_t cells = 0;
-        std::memcpy(&cells, row + i, sizeof cells);
-        if (cells == 0) continue;
-        for (std::size_t k = i; k < i + sizeof cells; ++k) {
-            if (row[k] != 0) visit(k, int{row[k]});
-        }
-    }
-    for (; i < num; ++i) {
-        if (row[i] != 0) visit(i, int{row[i]});
-    }
-}
-
 }  // namespace lintara::consensus

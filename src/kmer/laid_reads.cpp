@@ -1,44 +1,31 @@
 #include "kmer/laid_reads.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstring>
+
+#include "kmer/lanes.h"
 
 namespace lintara {
 
 namespace {
 
-// Words that are compared at once; a lane of a comparison is all ones where the words are equal.
-using WordLanes = std::uint16_t __attribute__((vector_size(16)));
-const int WORD_LANES = 8;
-const int STEP = 2 * WORD_LANES;
-static_assert(STEP <= WORDS_BEHIND);
+static_assert(LANES <= WORDS_BEHIND);
 
-WordLanes LoadWords(const std::uint16_t* from) {
-    WordLanes lanes;
-    std::memcpy(&lanes, from, sizeof lanes);
-    return lanes;
-}
-
-bool AnyLane(WordLanes lanes) {
-    std::uint64_t halves[2];
-    std::memcpy(halves, &lanes, sizeof halves);
-    return (halves[0] | halves[1]) != 0;
-}
-
-// Seeds that are compared in one pass, and a number that is no word's and not NoWord() either.
-const int SEEDS_A_PASS = 4;
+// A number that is no word's and not NoWord() either.
 const std::uint16_t NEVER = 0xFFFF;
 
 LaidRead LayOutRead(const std::string& seq, detail::SeedPlan plan, char* bases, std::uint16_t* words) {
     const int length = static_cast<int>(seq.size());
     const std::uint16_t none = NoWord(plan.pattlen);
     std::memcpy(bases, seq.data(), seq.size());
-    LaidRead read{&seq, bases, words, length, std::min(plan.pattnum, length / plan.pattlen), false, false, {}};
+    LaidRead read{&seq, bases, words, length, std::min(plan.pattnum, length / plan.pattlen), false, false, false, {}};
     read.strange = !NumberWords(bases, length, plan.pattlen, words);
     for (int k = 0; k < MOST_SEEDS; ++k) {
         read.seed_words[k] = k < read.seeds ? words[k * plan.pattlen] : none;
         read.odd |= k < read.seeds && read.seed_words[k] == none;
+        for (int i = 0; i < k && k < read.seeds; ++i) read.same_seeds |= read.seed_words[i] == read.seed_words[k];
     }
     return read;
 }
@@ -54,11 +41,11 @@ void LayOut(const std::vector<Read>& reads, int type, detail::SeedPlan plan, Lai
     for (int i = laid.start; i < laid.end; ++i) {
         laid.longest = std::max(laid.longest, static_cast<int>(reads[i].seq.size()));
     }
-    const std::size_t room = static_cast<std::size_t>(laid.longest) + BASES_BEHIND;
-    std::size_t total_bases = 0;
+    // What is read behind a read's bases may be those of the next one.
+    std::size_t total_bases = BASES_BEHIND;
     std::size_t total_words = 0;
     for (const Read& read : reads) {
-        total_bases += read.seq.size() + room;
+        total_bases += read.seq.size();
         total_words += read.seq.size() + WORDS_BEHIND;
     }
     if (laid.bases.size() < total_bases) laid.bases.resize(total_bases);
@@ -69,7 +56,7 @@ void LayOut(const std::vector<Read>& reads, int type, detail::SeedPlan plan, Lai
     std::uint16_t* words = laid.words.data();
     for (const Read& read : reads) {
         laid.reads.push_back(LayOutRead(read.seq, plan, bases, words));
-        bases += read.seq.size() + room;
+        bases += read.seq.size();
         words += read.seq.size() + WORDS_BEHIND;
     }
 }
@@ -80,15 +67,10 @@ void LayOutAgain(const std::vector<Read>& reads, int read, LaidReads& laid) {
 }
 
 int FindWord(const LaidRead& read, int pattlen, std::uint16_t word, int from) {
-    const WordLanes sought = WordLanes{} + word;
     const int count = read.length - pattlen + 1;
-    for (int place = from; place < count; place += STEP) {
-        const WordLanes first = LoadWords(read.words + place) == sought;
-        const WordLanes second = LoadWords(read.words + place + WORD_LANES) == sought;
-        if (!AnyLane(first | second)) continue;
-        int hit = place;
-        while (read.words[hit] != word) ++hit;
-        return hit;
+    for (int place = from; place < count; place += LANES) {
+        const std::uint64_t hits = EqualWords(read.words + place, word);
+        if (hits != 0) return place + std::countr_zero(hits);
     }
     return -1;
 }
@@ -96,19 +78,16 @@ int FindWord(const LaidRead& read, int pattlen, std::uint16_t word, int from) {
 int SkipToSeeds(const LaidRead& read, int pattlen, const LaidRead& from) {
     const int count = read.length - pattlen + 1;
     int skipped = count;
-    for (int k = 0; k < from.seeds; k += SEEDS_A_PASS) {
-        WordLanes sought[SEEDS_A_PASS];
-        for (int i = 0; i < SEEDS_A_PASS; ++i) {
+    for (int k = 0; k < from.seeds; k += SOUGHT_WORDS) {
+        std::uint16_t words[SOUGHT_WORDS];
+        for (int i = 0; i < SOUGHT_WORDS; ++i) {
             const bool is_word = k + i < from.seeds && from.seed_words[k + i] != NoWord(pattlen);
-            const std::uint16_t word = is_word ? from.seed_words[k + i] : NEVER;
-            sought[i] = WordLanes{} + word;
+            words[i] = is_word ? from.seed_words[k + i] : NEVER;
         }
-        for (int place = 0; place < skipped; place += STEP) {
-            const WordLanes first = LoadWords(read.words + place);
-            const WordLanes second = LoadWords(read.words + place + WORD_LANES);
-            WordLanes hits{};
-            for (const WordLanes& word : sought) hits |= (first == word) | (second == word);
-            if (AnyLane(hits)) skipped = place;
+        const Sought sought(words);
+        for (int place = 0; place < skipped; place += LANES) {
+            const std::uint64_t hits = sought.In(read.words + place);
+            if (hits != 0) skipped = std::min(skipped, place + std::countr_zero(hits));
         }
     }
     return skipped < count ? skipped : -1;

@@ -26,6 +26,7 @@ struct LaidRead {
     int seeds;             ///< seeds that fit into it
     bool strange;          ///< a byte is no upper-case base
     bool odd;              ///< a seed has such a byte
+    bool same_seeds;       ///< two seeds are equal
     std::uint16_t seed_words[MOST_SEEDS];
 };
 

@@ -1,11 +1,13 @@
 #include "kmer/open_matrix.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <utility>
 
+#include "kmer/diagonal.h"
 #include "kmer/laid_reads.h"
 #include "kmer/overlap_matrix.h"
 #include "kmer/seed_words.h"
@@ -29,13 +31,13 @@ struct OpenMatrix::State {
     PairFinder finder{};
     SampledWords samples{};
     bool may_be_cut = false;  // an inner read is longer than an edge
-    FirstPlaces places{};
-    int entered = -1;         // the read in places
-    int asked[2] = {-1, -1};  // the pair that was settled alone last
     std::unique_ptr<std::uint8_t[]> cells{};
     std::unique_ptr<std::uint8_t* []> rows {};
-    std::size_t room = 0;                 // reads for which cells and rows are enough
-    std::vector<std::uint8_t> settled{};  // by read: all its pairs are known
+    std::size_t room = 0;                   // reads for which cells and rows are enough
+    std::vector<std::uint8_t> settled{};    // by read: all its pairs are known
+    std::vector<std::uint8_t> met{};        // by read: it needs no second look for the read that is being settled
+    std::vector<std::uint64_t> partners{};  // by settled read, a bit for each read: a cell of the two may be above 0
+    std::size_t partner_words = 0;          // of one read
 
     /// The rows of num reads, with the cells of the first and the last read 0. The others are written by Release().
     void MakeCells(int num) {
@@ -63,40 +65,82 @@ struct OpenMatrix::State {
         const LaidRead& left = laid().reads[overlap.length > 0 ? one : two];
         const LaidRead& right = laid().reads[overlap.length > 0 ? two : one];
         const int n = std::abs(overlap.length);
-        if (SurelyShareKey(left.bases + left.length - n, right.bases, n, overlap.equal)) return true;
-        if (!may_be_cut && entered == one) return ShareWithEntered(two);
-        if (!may_be_cut && entered == two) return ShareWithEntered(one);
-        return ShareKey(whole.reads[one], whole.reads[two], whole.plan.pattlen);
+        return SurelyShareKey(left.bases + left.length - n, right.bases, n, overlap.equal) ||
+               ShareKey(whole.reads[one], whole.reads[two], whole.plan.pattlen);
     }
 
-    bool ShareWithEntered(int other) {
-        return ShareKeyWithEntered(whole.reads[other], whole.reads[entered], whole.plan.pattlen, places);
-    }
-
-    void Settle(int one, int two, FoundOverlap overlap) {
+    /// Writes the cells of two reads.
+    /// @param overlap  overlap() of the two, the one of the lower number first
+    /// @param share    they are known to share a k-mer
+    void Settle(int a, int b, FoundOverlap overlap, bool share) {
+        const int one = std::min(a, b);
+        const int two = std::max(a, b);
         const int length1 = laid().reads[one].length;
         const int length2 = laid().reads[two].length;
         const int n = std::abs(overlap.length);
-        const bool counts = n > 0 && n < length1 && n < length2 && ShareKmer(one, two, overlap);
+        const bool counts = n > 0 && n < length1 && n < length2 && (share || ShareKmer(one, two, overlap));
         detail::SettleCells(rows.get(), one, two, length1, length2, counts ? overlap.length : 0);
     }
 
-    void Enter(int read) {
-        entered = read;
-        places.Enter(laid().reads[read].words, laid().reads[read].length, whole.plan.pattlen);
+    std::uint64_t* PartnersOf(int read) { return partners.data() + static_cast<std::size_t>(read) * partner_words; }
+
+    void NotePartner(int read, int other) {
+        const auto bit = static_cast<unsigned int>(other);
+        PartnersOf(read)[bit / 64] |= std::uint64_t{1} << (bit % 64);
     }
 
-    /// Settles all pairs of a read that may share a k-mer; both reads' cells that are still open afterwards are 0.
+    bool IsPartner(int read, int other) {
+        const auto bit = static_cast<unsigned int>(other);
+        return (PartnersOf(read)[bit / 64] >> (bit % 64) & 1) != 0;
+    }
+
+    /// Whether the cells of two reads need no look at their bases any more; the other is noted if one may be above 0.
+    bool KnowsPair(int read, int other) {
+        if (settled[other] != 0) {
+            if (IsPartner(other, read)) NotePartner(read, other);
+            return true;
+        }
+        if (rows[read][other] == OPEN_CELL) return false;
+        NotePartner(read, other);
+        return true;
+    }
+
+    /// Settles all pairs of a read that share a k-mer, and notes them; both reads' cells that are still open afterwards
+    /// are 0.
     void SettlePartners(int read) {
         if (settled[read] != 0) return;
         settled[read] = 1;
-        Enter(read);
-        for (const int other : samples.Partners(whole, read)) {
-            if (rows[read][other] != OPEN_CELL) continue;
-            const int one = read < other ? read : other;
-            const int two = read < other ? other : read;
-            Settle(one, two, finder.OverlapWithEntered(one, two, read, places));
+        finder.Enter(read);
+        // The edges' cells are the caller's, and may be anything.
+        for (int edge = 0; edge < whole.start; ++edge) NotePartner(read, edge);
+        for (int edge = whole.end; edge < whole.num(); ++edge) NotePartner(read, edge);
+        const LaidRead& given = whole.reads[read];
+        const auto settle_unseen = [&](int other) {
+            if (KnowsPair(read, other)) return;
+            Settle(read, other, finder.OverlapWithEntered(other), false);
+            NotePartner(read, other);
+        };
+        if (!samples.Covers(given)) {
+            for (int other = whole.start; other < whole.end; ++other) settle_unseen(other);
+            return;
         }
+        met.assign(whole.reads.size(), 0);
+        samples.EachLead(read, given, may_be_cut ? nullptr : &finder.entered_places(), [&](int other, int shift) {
+            if (met[other] != 0) return true;
+            if (!KnowsPair(read, other)) {
+                Diagonal diagonal;
+                LayUnder(given, whole.reads[other], shift, whole.longest, diagonal);
+                if (!samples.ShareKeyOn(given, whole.reads[other], diagonal)) return false;
+                // Behind cuts the diagonal is another one.
+                const FoundOverlap overlap =
+                    may_be_cut ? finder.OverlapWithEntered(other) : finder.OverlapWithEntered(other, diagonal);
+                Settle(read, other, overlap, true);
+                NotePartner(read, other);
+            }
+            met[other] = 1;
+            return true;
+        });
+        for (const int other : samples.strange()) settle_unseen(other);
     }
 
     bool IsInner(int read) const { return read >= whole.start && read < whole.end; }
@@ -126,13 +170,7 @@ struct OpenMatrix::State {
             if (rows[one][two] == OPEN_CELL) rows[one][two] = 0;
             if (rows[two][one] == OPEN_CELL) rows[two][one] = 0;
         } else {
-            // A read that is asked for twice in a row is asked for more often: its table pays.
-            if (entered != a && entered != b && (a == asked[0] || a == asked[1])) Enter(a);
-            if (entered != a && entered != b && (b == asked[0] || b == asked[1])) Enter(b);
-            asked[0] = a;
-            asked[1] = b;
-            const bool known = entered == a || entered == b;
-            Settle(one, two, known ? finder.OverlapWithEntered(one, two, entered, places) : finder.Overlap(one, two));
+            Settle(a, b, finder.Overlap(one, two), false);
         }
     }
 };
@@ -195,10 +233,10 @@ void OpenMatrix::Release() {
         LayOut(*state.reads, state.type, state.whole.plan, state.cut);
         state.finder.Begin(state.cut, state.method);
     }
-    state.entered = -1;
-    state.asked[0] = state.asked[1] = -1;
     state.samples.Index(state.whole);
     state.settled.assign(state.whole.reads.size(), 0);
+    state.partner_words = state.whole.reads.size() / 64 + 1;
+    state.partners.assign(state.whole.reads.size() * state.partner_words, 0);
     const int start = state.whole.start;
     const int end = state.whole.end;
     for (int i = start; i < end; ++i) {
@@ -219,6 +257,18 @@ void SettlePair(const std::uint8_t* const* matrix, int a, int b) {
 }
 
 }  // namespace detail
+
+Partners SettledPartners(const std::uint8_t* const* matrix, int read) {
+    if (open_matrix == nullptr || open_matrix->cells() != matrix || !open_matrix->state_->IsInner(read)) return {};
+    OpenMatrix::State& state = *open_matrix->state_;
+    state.SettlePartners(read);
+    return {state.PartnersOf(read), state.partner_words};
+}
+
+void SettlePairs(const std::uint8_t* const* matrix, int read) {
+    if (open_matrix == nullptr || open_matrix->cells() != matrix) return;
+    if (open_matrix->state_->IsInner(read)) open_matrix->state_->SettlePartners(read);
+}
 
 void SettleRow(const std::uint8_t* const* matrix, int read) {
     if (open_matrix != nullptr && open_matrix->cells() == matrix) open_matrix->state_->SettleRow(read);

@@ -1,12 +1,15 @@
 // The overlap matrix of a block whose cells are settled when they are first asked for.
 //
 // Replaces, for the block driver, the k-mer table, its seeds and overlap_matrix(), which compare every pair of reads
-// that share a k-mer. The walks and votes ask for the reads around their own path only, about a fifth of these pairs.
+// that share a k-mer. The walks and votes ask for the reads around their own path only, about a fifth of these pairs;
+// the pairs of one read are settled together where many will be asked for.
 // A cell that is still open holds OPEN_CELL; whoever reads the matrix of a block does it through Cell(), or calls
 // SettleRow() or SettleColumn() before going along one. A matrix that was filled otherwise has no open cells, so that
 // both are plain reads on it.
 #pragma once
 
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -36,6 +39,36 @@ inline void ClearCell(std::uint8_t** matrix, int a, int b) {
     if (matrix[a][b] == OPEN_CELL) detail::SettlePair(matrix, a, b);
     matrix[a][b] = 0;
 }
+
+/// The reads with which a read may have a cell above 0, in its row or in its column.
+class Partners {
+  public:
+    Partners() = default;
+    Partners(const std::uint64_t* bits, std::size_t words) : bits_(bits), words_(words) {}
+
+    bool known() const { return bits_ != nullptr; }
+
+    /// Calls visit(read) for each, by ascending number.
+    template <typename Visit>
+    void ForEach(Visit visit) const {
+        for (std::size_t i = 0; i < words_; ++i) {
+            for (std::uint64_t bits = bits_[i]; bits != 0; bits &= bits - 1) {
+                visit(static_cast<int>(64 * i) + std::countr_zero(bits));
+            }
+        }
+    }
+
+  private:
+    const std::uint64_t* bits_ = nullptr;  // a bit for each read; of the open matrix
+    std::size_t words_ = 0;
+};
+
+/// The partners of an inner read of the thread's open matrix, their pairs settled; unknown for any other. Cells of all
+/// other reads may still be open, which then are 0.
+Partners SettledPartners(const std::uint8_t* const* matrix, int read);
+
+/// Settles all pairs of a read at once: less work than pair by pair, where many of them will be asked for.
+void SettlePairs(const std::uint8_t* const* matrix, int read);
 
 /// Settles the row of a read.
 void SettleRow(const std::uint8_t* const* matrix, int read);
@@ -78,6 +111,8 @@ class OpenMatrix {
 
   private:
     friend void detail::SettlePair(const std::uint8_t* const* matrix, int a, int b);
+    friend Partners SettledPartners(const std::uint8_t* const* matrix, int read);
+    friend void SettlePairs(const std::uint8_t* const* matrix, int read);
     friend void SettleRow(const std::uint8_t* const* matrix, int read);
     friend void SettleColumn(const std::uint8_t* const* matrix, int read);
     struct State;

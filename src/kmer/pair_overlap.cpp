@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "align/placement.h"
+#include "kmer/lanes.h"
 #include "run/settings.h"
 
 namespace lintara {
@@ -13,7 +14,6 @@ namespace {
 
 // 16 bytes that are compared at once; a lane of a comparison is all ones where the bytes are equal.
 using Lanes = std::uint8_t __attribute__((vector_size(16)));
-const int LANES = 16;
 
 /// LONGEST_TABLED_READ lanes of all ones and as many of zeros; n lanes from the end of the ones on mask n bytes.
 struct Masks {
@@ -80,17 +80,24 @@ void PairFinder::Begin(const LaidReads& laid, int method) {
     }
 }
 
-/// The overlap that puts column pos1 of one onto column pos2 of two, as SignedLength() gives it; 0 when it is turned
-/// down.
-FoundOverlap PairFinder::Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2, bool tie_is_plus) const {
-    const int before = std::min(pos1, pos2);
+namespace {
+
+/// The overlap of n columns that puts column pos1 of one onto column pos2 of two, signed as SignedLength() does it.
+int Signed(int n, const LaidRead& one, int pos1, const LaidRead& two, int pos2) {
     const int tail1 = one.length - pos1;
     const int tail2 = two.length - pos2;
-    const int n = std::min(tail1, tail2) + before;
+    return (tail2 != tail1 ? tail2 > tail1 : pos1 <= pos2) ? n : -n;
+}
+
+}  // namespace
+
+/// The overlap that puts column pos1 of one onto column pos2 of two; 0 when it is turned down.
+FoundOverlap PairFinder::Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2) const {
+    const int before = std::min(pos1, pos2);
+    const int n = std::min(one.length - pos1, two.length - pos2) + before;
     const int equal = CountEqualMasked(one.bases + pos1 - before, two.bases + pos2 - before, n, steps_);
     if (equal < fewest_[n]) return {};
-    const bool plus = tail2 != tail1 ? tail2 > tail1 : tie_is_plus;
-    return {plus ? n : -n, equal};
+    return {Signed(n, one, pos1, two, pos2), equal};
 }
 
 /// overlap(one, two).
@@ -105,8 +112,7 @@ FoundOverlap PairFinder::Settle(const LaidRead& one, const LaidRead& two, InTwo 
         const int pos = in_two(k);
         if (pos < 0) continue;
         ++found;
-        const int p = k * pattlen;
-        const FoundOverlap overlap = Placed(one, p, two, pos, p <= pos);
+        const FoundOverlap overlap = Placed(one, k * pattlen, two, pos);
         if (overlap.length != 0) return overlap;
     }
     if (found == pattnum) {
@@ -118,8 +124,7 @@ FoundOverlap PairFinder::Settle(const LaidRead& one, const LaidRead& two, InTwo 
         const int pos = in_one(k);
         if (pos < 0) continue;
         ++found;
-        const int p = k * pattlen;
-        const FoundOverlap overlap = Placed(one, pos, two, p, p >= pos);
+        const FoundOverlap overlap = Placed(one, pos, two, k * pattlen);
         if (overlap.length != 0) return overlap;
     }
     return {found == pattnum ? detail::StartInside(*two.seq, *one.seq, method_, Match_ratio) : 0, 0};
@@ -162,18 +167,92 @@ FoundOverlap PairFinder::Overlap(int one, int two) const {
     return Settle(left, right, SeedSearch(*this, left, right), SeedSearch(*this, right, left));
 }
 
-FoundOverlap PairFinder::OverlapWithEntered(int one, int two, int entered, const FirstPlaces& places) const {
-    const LaidRead& left = laid_->reads[one];
-    const LaidRead& right = laid_->reads[two];
-    const auto in_entered = [&](int k, const LaidRead& from, const LaidRead& in) {
-        const int place = places.Find(from.seed_words[k]);
-        return place >= 0 || !from.odd ? place : SearchText(k, from, in);
+void PairFinder::Enter(int read) {
+    const LaidRead& laid = laid_->reads[read];
+    const int pattnum = laid_->plan.pattnum;
+    entered_ = read;
+    places_.Enter(laid.words, laid.length, laid_->plan.pattlen);
+    plain_seeds_ = pattnum <= SOUGHT_WORDS && laid.seeds == pattnum && !laid.odd && !laid.same_seeds;
+    std::uint16_t words[SOUGHT_WORDS];
+    for (int k = 0; k < SOUGHT_WORDS; ++k) words[k] = laid.seed_words[std::min(k, pattnum - 1)];
+    seeds_ = Sought(words);
+}
+
+FoundOverlap PairFinder::OverlapWithEntered(int other) const {
+    const LaidRead& entered = laid_->reads[entered_];
+    const LaidRead& read = laid_->reads[other];
+    const auto in_entered = [&](int k) {
+        const int place = places_.Find(read.seed_words[k]);
+        return place >= 0 || !read.odd ? place : SearchText(k, read, entered);
     };
-    if (entered == two) {
-        return Settle(
-            left, right, [&](int k) { return in_entered(k, left, right); }, SeedSearch(*this, right, left));
+    const SeedSearch in_read(*this, entered, read);
+    return other < entered_ ? Settle(read, entered, in_entered, in_read) : Settle(entered, read, in_read, in_entered);
+}
+
+/// Whether a seed of the entered read or another stands in the other one, and none in any other way than on a diagonal.
+/// May say no where that is so. What is found where can't be predicted, so that there are hardly any branches.
+/// @param shift  base 0 of the other read stands under this base of the entered one
+bool PairFinder::SeedsOnlyOn(int shift, const LaidRead& other) const {
+    const int pattlen = laid_->plan.pattlen;
+    const int pattnum = laid_->plan.pattnum;
+    if (!plain_seeds_ || other.seeds < pattnum || other.odd) return false;
+    const LaidRead& entered = laid_->reads[entered_];
+    bool on = false;
+    bool off = false;
+    std::uint64_t expected[Diagonal::WORDS] = {};  // a bit for each place of the other read: a seed stands there
+    for (int k = 0; k < pattnum; ++k) {
+        const unsigned int place = places_.Look(other.seed_words[k]);
+        const bool stands = place == static_cast<unsigned int>(k * pattlen + shift);
+        on |= stands;
+        off |= (place <= LONGEST_TABLED_READ) & !stands;
     }
-    return Settle(left, right, SeedSearch(*this, left, right), [&](int k) { return in_entered(k, right, left); });
+    for (int k = 0; k < pattnum; ++k) {
+        const auto place = static_cast<unsigned int>(k * pattlen - shift);
+        const bool inside = place < static_cast<unsigned int>(other.length);
+        const unsigned int at = place & (0U - static_cast<unsigned int>(inside));  // 0 when it isn't inside
+        const bool stands = inside & (other.words[at] == entered.seed_words[k]);
+        expected[at / 64] |= std::uint64_t{stands} << (at % 64);
+        on |= stands;
+    }
+    const int words = other.length - pattlen + 1;
+    std::uint64_t unexpected = 0;
+    for (int from = 0; from < words; from += LANES) {
+        unexpected |= seeds_.In(other.words + from) & ~(expected[from / 64] >> (from % 64));
+    }
+    return on & !off & (unexpected == 0);
+}
+
+/// Whether the first seed of the entered read stands at a place in another read, and nowhere left of it.
+bool PairFinder::StartsFirstAt(int place, const LaidRead& other) const {
+    const std::uint16_t word = laid_->reads[entered_].seed_words[0];
+    return other.words[place] == word && word != NoWord(laid_->plan.pattlen) &&
+           FindWord(other, laid_->plan.pattlen, word) == place;
+}
+
+/// Whether the first seed that overlap() finds is one on a diagonal. May say no where that is so.
+/// @param shift  base 0 of the other read stands under this base of the entered one
+bool PairFinder::FirstSeedOn(int shift, int other) const {
+    const LaidRead& read = laid_->reads[other];
+    if (entered_ < other) return shift <= 0 ? StartsFirstAt(-shift, read) : SeedsOnlyOn(shift, read);
+    if (read.odd) return false;
+    for (int k = 0; k < read.seeds; ++k) {
+        const int place = places_.Find(read.seed_words[k]);
+        if (place >= 0) return place == k * laid_->plan.pattlen + shift;
+    }
+    return shift <= 0 && StartsFirstAt(-shift, read);
+}
+
+FoundOverlap PairFinder::OverlapWithEntered(int other, const Diagonal& diagonal) const {
+    if (diagonal.equal < fewest_[diagonal.columns] || !FirstSeedOn(diagonal.shift, other)) {
+        return OverlapWithEntered(other);
+    }
+    const int under = std::max(diagonal.shift, 0);
+    const int above = std::max(-diagonal.shift, 0);
+    const LaidRead& entered = laid_->reads[entered_];
+    const LaidRead& read = laid_->reads[other];
+    return {other < entered_ ? Signed(diagonal.columns, read, above, entered, under)
+                             : Signed(diagonal.columns, entered, under, read, above),
+            diagonal.equal};
 }
 
 void PairFinder::EnterEdge(const LaidRead& edge) {

@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <vector>
 
+#include "kmer/diagonal.h"
 #include "kmer/laid_reads.h"
+#include "kmer/lanes.h"
 #include "kmer/seed_words.h"
 #include "store/gap.h"
 
@@ -34,8 +36,18 @@ class PairFinder {
     /// overlap(one, two) of two inner reads.
     FoundOverlap Overlap(int one, int two) const;
 
-    /// The same with one of the two reads entered in a table of words.
-    FoundOverlap OverlapWithEntered(int one, int two, int entered, const FirstPlaces& places) const;
+    /// Takes an inner read as the one that others are compared with.
+    void Enter(int read);
+
+    /// Leftmost places of the words of the entered read.
+    const FirstPlaces& entered_places() const { return places_; }
+
+    /// overlap() of the entered read and another inner one, the read of the lower number first.
+    FoundOverlap OverlapWithEntered(int other) const;
+
+    /// The same where a diagonal of the two is known, which nearly always decides.
+    /// @param diagonal  the other read under the entered one
+    FoundOverlap OverlapWithEntered(int other, const Diagonal& diagonal) const;
 
     /// overlap(before edge, read) of all inner reads.
     /// @param overlaps  out: by read; 0 for the edges
@@ -48,7 +60,10 @@ class PairFinder {
     class SeedSearch;
     template <typename InTwo, typename InOne>
     FoundOverlap Settle(const LaidRead& one, const LaidRead& two, InTwo in_two, InOne in_one) const;
-    FoundOverlap Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2, bool tie_is_plus) const;
+    FoundOverlap Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2) const;
+    bool SeedsOnlyOn(int shift, const LaidRead& other) const;
+    bool FirstSeedOn(int shift, int other) const;
+    bool StartsFirstAt(int place, const LaidRead& other) const;
     void EnterEdge(const LaidRead& edge);
     void LeaveEdge(const LaidRead& edge);
     int SearchEdge(int k, const LaidRead& read, const LaidRead& edge) const;
@@ -56,9 +71,13 @@ class PairFinder {
 
     const LaidReads* laid_ = nullptr;
     int method_ = 0;
-    int steps_ = 0;                   // steps that compare any two inner reads
-    double ratio_ = -1;               // for which fewest_ holds
-    std::vector<int> fewest_{};       // [n]: equal columns of n that make an accepted overlap
+    int steps_ = 0;              // steps that compare any two inner reads
+    double ratio_ = -1;          // for which fewest_ holds
+    std::vector<int> fewest_{};  // [n]: equal columns of n that make an accepted overlap
+    int entered_ = -1;
+    bool plain_seeds_ = false;  // of the entered read: no more than are sought at once, all there, words and different
+    FirstPlaces places_{};      // of its words
+    Sought seeds_{};            // its seeds
     std::vector<int> edge_places_{};  // by word of one edge at a time: leftmost place + 1, or 0
 };
 

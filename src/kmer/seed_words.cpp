@@ -76,9 +76,12 @@ void FirstPlaces::Enter(const std::uint16_t* words, int length, int pattlen) {
     // From the end on, so that the leftmost place stays.
     std::uint16_t* const entries = entries_.data();
     const unsigned int stamp = stamp_;
+    bool repeated = false;
     for (int place = length - pattlen; place >= 0; --place) {
+        repeated |= (entries[words[place]] ^ stamp) < STEP;
         entries[words[place]] = static_cast<std::uint16_t>(stamp | static_cast<unsigned int>(place));
     }
+    repeated_ = repeated;
     entries_[NoWord(pattlen)] = 0;
 }
 

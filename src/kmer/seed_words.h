@@ -14,7 +14,7 @@ const int SHORTEST_WORD = 4;          ///< bases
 const int LONGEST_WORD = 7;           ///< bases; a table has an entry for each word
 const int LONGEST_TABLED_READ = 255;  ///< bases of a read that FirstPlaces takes
 const int WORDS_BEHIND = 16;          ///< entries behind the words of a sequence
-const int BASES_BEHIND = 32;          ///< bytes behind its bases
+const int BASES_BEHIND = 256;         ///< bytes behind its bases
 
 /// The number that stands for "no word here".
 inline std::uint16_t NoWord(int pattlen) {
@@ -44,6 +44,9 @@ class FirstPlaces {
     /// Place of a word, or a value above LONGEST_TABLED_READ that says there is none, as for NoWord().
     unsigned int Look(std::uint16_t word) const { return entries_[word] ^ stamp_; }
 
+    /// Whether a word of the read stands there more than once.
+    bool repeated() const { return repeated_; }
+
     /// Place of a word, or -1.
     int Find(std::uint16_t word) const {
         const unsigned int place = Look(word);
@@ -53,6 +56,7 @@ class FirstPlaces {
   private:
     static const unsigned int STEP = 256;
 
+    bool repeated_ = false;
     unsigned int stamp_ = 0;              // of the present read: a multiple of STEP
     std::vector<std::uint16_t> entries_;  // by word: stamp of the read that wrote it, and the place
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <numeric>
 
 #include "run/settings.h"
 
@@ -13,6 +12,8 @@ namespace {
 
 const int WHOLE_KEY = static_cast<int>(DATA_LEN);  // bases that fill a key
 const std::int64_t MOST_OCCURRENCES = 65535;       // of one k-mer that the table's 16-bit count tells
+const std::uint32_t AT_ONCE = 4;                   // entries that are always copied
+const int NO_SHIFT = 1 << 20;
 
 unsigned int KeyWidth() {
     return LEN_TO_BITLEN * static_cast<unsigned int>(Kmer);
@@ -159,36 +160,16 @@ bool KeysMeet(const LaidRead& a, const LaidRead& b) {
 
 }  // namespace
 
-namespace {
-
-/// Whether two reads share a key.
-/// @param first  leftmost place of a word in b, or -1
-/// @param next   the next place of the same word behind one, or -1
-template <typename First, typename Next>
-bool ShareKeyAtSamples(const LaidRead& a, const LaidRead& b, int pattlen, First first, Next next) {
+bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen) {
     const int distance = SampleDistance(pattlen);
     if (a.strange || b.strange || distance < 1) return KeysMeet(a, b);
     for (int place = 0; place <= a.length - pattlen; place += distance) {
         const std::uint16_t word = a.words[place];
-        for (int found = first(word); found >= 0; found = next(word, found)) {
+        for (int found = FindWord(b, pattlen, word); found >= 0; found = FindWord(b, pattlen, word, found + 1)) {
             if (ShareKeyAround(a, place, b, found)) return true;
         }
     }
     return false;
-}
-
-}  // namespace
-
-bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen) {
-    return ShareKeyAtSamples(
-        a, b, pattlen, [&](std::uint16_t word) { return FindWord(b, pattlen, word); },
-        [&](std::uint16_t word, int place) { return FindWord(b, pattlen, word, place + 1); });
-}
-
-bool ShareKeyWithEntered(const LaidRead& a, const LaidRead& b, int pattlen, const FirstPlaces& places) {
-    return ShareKeyAtSamples(
-        a, b, pattlen, [&](std::uint16_t word) { return places.Find(word); },
-        [&](std::uint16_t word, int place) { return FindWord(b, pattlen, word, place + 1); });
 }
 
 bool SurelyShareKey(const char* a, const char* b, int n, int equal) {
@@ -210,18 +191,15 @@ bool CountsFit(const LaidReads& laid) {
 }
 
 void SampledWords::Index(const LaidReads& laid) {
-    const int pattlen = laid.plan.pattlen;
-    const int distance = SampleDistance(pattlen);
-    heads_.resize(std::size_t{NoWord(LONGEST_WORD)} + 1);
-    walked_.resize(heads_.size());
-    sampled_.resize(heads_.size() / 64 + 1);
-    for (const Entry& entry : entries_) {
-        heads_[entry.word] = 0;
-        sampled_[entry.word / 64] = 0;
-    }
-    entries_.assign(1, Entry{0, 0, 0});
+    pattlen_ = laid.plan.pattlen;
+    key_bases_ = std::min(Kmer, WHOLE_KEY);
+    sure_stretch_ = SureStretch();
+    slots_.resize(std::size_t{NoWord(LONGEST_WORD)} + 1);
+    for (const std::uint16_t word : sampled_) slots_[word] = {0, 0};
+    sampled_.clear();
     strange_.clear();
-    met_.assign(laid.reads.size(), 0);
+    last_shift_.resize(laid.reads.size());
+    const int distance = SampleDistance(pattlen_);
     whole_words_ = distance >= 1;
     if (!whole_words_) return;
     for (int i = laid.start; i < laid.end; ++i) {
@@ -230,49 +208,96 @@ void SampledWords::Index(const LaidReads& laid) {
             strange_.push_back(i);
             continue;
         }
-        for (int place = 0; place <= read.length - pattlen; place += distance) {
-            const std::uint16_t word = read.words[place];
-            std::uint32_t& head = heads_[word];
-            entries_.push_back({static_cast<std::uint32_t>(i), head, word});
-            sampled_[word / 64] |= std::uint64_t{1} << (word % 64);
-            head = static_cast<std::uint32_t>(entries_.size() - 1);
+        for (int place = 0; place <= read.length - pattlen_; place += distance) {
+            sampled_.push_back(read.words[place]);
+            ++slots_[read.words[place]].count;
+        }
+    }
+    entries_.resize(sampled_.size() + AT_ONCE);
+    std::uint32_t room = 0;
+    for (const std::uint16_t word : sampled_) {
+        Slot& slot = slots_[word];
+        if (slot.first != 0) continue;
+        room += slot.count;
+        slot.first = room;  // and down to its first entry, as they are written
+    }
+    const std::uint16_t* word = sampled_.data();
+    for (int i = laid.start; i < laid.end; ++i) {
+        const LaidRead& read = laid.reads[i];
+        if (read.strange) continue;
+        for (int place = 0; place <= read.length - pattlen_; place += distance) {
+            entries_[--slots_[*word++].first] = {static_cast<std::uint32_t>(i), static_cast<std::uint16_t>(place),
+                                                 static_cast<std::uint16_t>(read.length)};
         }
     }
 }
 
-const std::vector<int>& SampledWords::Partners(const LaidReads& laid, int read) {
-    const LaidRead& given = laid.reads[read];
-    if (!whole_words_ || given.strange) {
-        partners_.resize(static_cast<std::size_t>(laid.end - laid.start));
-        std::iota(partners_.begin(), partners_.end(), laid.start);
-        return partners_;
-    }
-    if (++turn_ == 0) {
-        std::fill(walked_.begin(), walked_.end(), 0U);
-        turn_ = 1;
-    }
-    partners_.resize(laid.reads.size() + 1);  // one behind the last is written, too
-    int* partners = partners_.data();
-    int* met = met_.data();
-    std::size_t number = 0;
-    const int words = given.length - laid.plan.pattlen + 1;
-    for (int place = 0; place < words; ++place) {
-        const std::uint16_t word = given.words[place];
-        if ((sampled_[word / 64] >> (word % 64) & 1) == 0) continue;
-        // In a repeat the same word comes again and again.
-        if (walked_[word] == turn_) continue;
-        walked_[word] = turn_;
-        // Most partners share several words. Which word is the first to tell can't be predicted, so there is no branch.
-        for (std::uint32_t entry = heads_[word]; entry != 0; entry = entries_[entry].next) {
-            const int other = static_cast<int>(entries_[entry].read);
-            partners[number] = other;
-            number += met[other] != read + 1 ? 1 : 0;
-            met[other] = read + 1;
+void SampledWords::StartTurns() {
+    walked_.assign(slots_.size(), 0);
+    turn_ = 1;
+}
+
+/// Which words a read has in common with which, and so on, can't be predicted: what is done for each has no branches.
+void SampledWords::GatherLeads(int number, const LaidRead& read, const FirstPlaces* places) {
+    again_.clear();
+    const bool may_repeat = places == nullptr || places->repeated();
+    std::size_t hit_count = 0;
+    for (int place = 0, words = read.length - pattlen_ + 1; place < words; ++place) {
+        const std::uint16_t word = read.words[place];
+        if (may_repeat && (places == nullptr || places->Find(word) != place)) {
+            again_.push_back(place);
+            continue;
         }
+        const Slot slot = slots_[word];
+        const std::size_t room = hit_count + slot.count + AT_ONCE;
+        if (hits_.size() < room) {
+            hits_.resize(2 * room);
+            at_.resize(2 * room);
+        }
+        Entry* hits = hits_.data() + hit_count;
+        std::uint16_t* at = at_.data() + hit_count;
+        const Entry* entries = entries_.data() + slot.first;
+        const auto here = static_cast<std::uint16_t>(place);
+        std::memcpy(hits, entries, AT_ONCE * sizeof *hits);
+        for (std::uint32_t i = 0; i < AT_ONCE; ++i) at[i] = here;
+        for (std::uint32_t i = AT_ONCE; i < slot.count; ++i) {
+            hits[i] = entries[i];
+            at[i] = here;
+        }
+        hit_count += slot.count;
     }
-    partners_.resize(number);
-    partners_.insert(partners_.end(), strange_.begin(), strange_.end());
-    return partners_;
+    std::fill(last_shift_.begin(), last_shift_.end(), NO_SHIFT);
+    Lead* ends[KINDS];
+    for (int kind = 0; kind < KINDS; ++kind) {
+        if (leads_[kind].size() < hit_count + 1) leads_[kind].resize(hit_count + 1);
+        ends[kind] = leads_[kind].data();
+    }
+    for (std::size_t i = 0; i < hit_count; ++i) {
+        const Entry hit = hits_[i];
+        const int place = at_[i];
+        const int other = static_cast<int>(hit.read);
+        const int shift = place - hit.place;
+        int& last = last_shift_[other];
+        const bool leads = (Columns(read, place, hit) >= key_bases_) & (last != shift);
+        Lead*& end = ends[(other < number ? 2 : 0) + (shift < 0 ? 1 : 0)];
+        *end = {other, shift};
+        end += leads ? 1 : 0;
+        last = leads ? shift : last;
+    }
+    for (int kind = 0; kind < KINDS; ++kind)
+        lead_counts_[kind] = static_cast<std::size_t>(ends[kind] - leads_[kind].data());
+}
+
+bool SampledWords::ShareKeyOn(const LaidRead& a, const LaidRead& b, const Diagonal& diagonal) const {
+    // The columns that differ part the others into at most one stretch more than they are.
+    if (diagonal.equal > (sure_stretch_ - 1) * (diagonal.columns - diagonal.equal + 1)) return true;
+    if (HasEqualStretch(diagonal, sure_stretch_)) return true;
+    if (!HasEqualStretch(diagonal, key_bases_)) return false;
+    return AnyEqualStretch(diagonal, [&](int column, int columns) {
+        if (columns < key_bases_) return false;
+        return columns >= sure_stretch_ ||
+               ShareKeyAround(a, column + std::max(diagonal.shift, 0), b, column + std::max(-diagonal.shift, 0));
+    });
 }
 
 }  // namespace lintara

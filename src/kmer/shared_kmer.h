@@ -8,10 +8,12 @@
 // words. So a shared k-mer shows in a sampled word of one read that stands in the other.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "kmer/diagonal.h"
 #include "kmer/laid_reads.h"
 #include "kmer/seed_words.h"
 
@@ -22,9 +24,6 @@ void WriteKeys(const char* bases, int length, std::vector<std::uint64_t>& keys);
 
 /// Whether two reads of a block share a key. pattlen: bases of their words.
 bool ShareKey(const LaidRead& a, const LaidRead& b, int pattlen);
-
-/// The same, with b entered in a table of words.
-bool ShareKeyWithEntered(const LaidRead& a, const LaidRead& b, int pattlen, const FirstPlaces& places);
 
 /// Whether n columns of two reads are such that the reads share a key for sure. Says so of nearly all overlaps that
 /// share one, and costs less.
@@ -40,24 +39,85 @@ class SampledWords {
   public:
     void Index(const LaidReads& laid);
 
-    /// All inner reads that may share a k-mer with one, itself perhaps included; each once. Good until the next call.
-    const std::vector<int>& Partners(const LaidReads& laid, int read);
+    /// Whether EachLead() can tell who shares a key with a read, the strange() ones aside: not for a read with a byte
+    /// that is no base, and for none when a k-mer is shorter than a word.
+    bool Covers(const LaidRead& read) const { return whole_words_ && !read.strange; }
+
+    /// The inner reads with a byte that is no base, when k-mers are no shorter than a word.
+    const std::vector<int>& strange() const { return strange_; }
+
+    /// Calls meet(other, shift) for inner reads that share a sampled word with a read, where base 0 of the other then
+    /// stands under base `shift` of the read. Whoever shares a key with the read is met at the shift of the key; the
+    /// read itself may be among them. Most shifts that leave too few columns for a key are passed over.
+    ///
+    /// @param number  of the read in the block
+    /// @param read    Covers() it
+    /// @param places  the read is entered there; null: it is not
+    /// @param meet    returns whether the other read need not be met again
+    template <typename Meet>
+    void EachLead(int number, const LaidRead& read, const FirstPlaces* places, Meet meet) {
+        GatherLeads(number, read, places);
+        for (int kind = 0; kind < KINDS; ++kind) {
+            for (std::size_t i = 0; i < lead_counts_[kind]; ++i) meet(leads_[kind][i].other, leads_[kind][i].shift);
+        }
+        // In a repeat the same words come again and again, and most of their reads need no second look.
+        if (again_.empty()) return;
+        if (walked_.empty() || ++turn_ == 0) StartTurns();
+        for (const int place : again_) {
+            const std::uint16_t word = read.words[place];
+            const Slot slot = slots_[word];
+            if (walked_[word] == turn_) continue;
+            bool done = true;
+            for (std::uint32_t i = slot.first; i < slot.first + slot.count; ++i) {
+                done &= meet(static_cast<int>(entries_[i].read), place - entries_[i].place);
+            }
+            if (done) walked_[word] = turn_;
+        }
+    }
+
+    /// Whether two reads share a key whose bases stand under each other.
+    /// @param diagonal  b under a
+    bool ShareKeyOn(const LaidRead& a, const LaidRead& b, const Diagonal& diagonal) const;
 
   private:
     struct Entry {
         std::uint32_t read;
-        std::uint32_t next;  // entry of the same word, or 0
-        std::uint16_t word;
+        std::uint16_t place;   // of the word
+        std::uint16_t length;  // of the read
     };
+    struct Slot {
+        std::uint32_t first;  // entry
+        std::uint32_t count;
+    };
+    static const int KINDS = 4;  // of leads
+    struct Lead {
+        int other;
+        int shift;
+    };
+
+    /// Columns of a read and that of an entry when their words stand under each other.
+    static int Columns(const LaidRead& read, int place, const Entry& entry) {
+        return std::min<int>(place, entry.place) + std::min<int>(read.length - place, entry.length - entry.place);
+    }
+    void GatherLeads(int number, const LaidRead& read, const FirstPlaces* places);
+    void StartTurns();
+
+    int pattlen_ = 0;
+    int key_bases_ = 0;                     // that are equal in all that share a key
+    int sure_stretch_ = 0;                  // equal bases that are sure to hold one
     bool whole_words_ = false;              // a k-mer is no shorter than a word
-    std::vector<std::uint64_t> sampled_{};  // a bit for each word: it has an entry
-    std::vector<std::uint32_t> heads_{};    // by word: its last entry, or 0
-    std::vector<std::uint32_t> walked_{};   // by word: the last turn in which its entries were gone through
-    std::uint32_t turn_ = 0;                // of Partners()
-    std::vector<Entry> entries_{};          // entry 0 is none
+    std::vector<std::uint16_t> sampled_{};  // words of all entries, in the order of reads and places
+    std::vector<Slot> slots_{};             // by word
+    std::vector<Entry> entries_{};          // those of a word together
     std::vector<int> strange_{};            // inner reads with a byte that is no base
-    std::vector<int> partners_{};
-    std::vector<int> met_{};  // by read: number of the last one whose partner it was, + 1
+    std::vector<Entry> hits_{};             // of one EachLead(), and room behind them
+    std::vector<std::uint16_t> at_{};       // by hit: place of its word in the given read
+    std::vector<Lead> leads_[KINDS]{};      // with room behind them
+    std::size_t lead_counts_[KINDS] = {};
+    std::vector<int> again_{};             // its places where a word may stand that has stood before
+    std::vector<int> last_shift_{};        // by read: of its last lead
+    std::vector<std::uint32_t> walked_{};  // by word: the last turn in which its entries needed no second look
+    std::uint32_t turn_ = 0;               // of EachLead()
 };
 
 }  // namespace lintara

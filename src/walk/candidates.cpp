@@ -81,15 +81,24 @@ int CountOthers(const std::vector<int>& accept, int pick, Agrees agrees) {
 // ---- cleaning ------------------------------------------------------------------------------------------------------
 
 /// Removes, in order, each candidate that is linked to none of those still there.
+/// @param likely  the candidate to ask for first, or -1
 template <typename Linked>
-void RemoveUnlinked(std::vector<int>& accept, Linked linked) {
+void RemoveUnlinked(std::vector<int>& accept, int likely, Linked linked) {
+    // A candidate that is asked for and has gone meanwhile is linked to none: that is why it has gone.
+    int second = -1;  // the link of the last one without a link to the first
     int i = 0;
     while (i < Size(accept) && Size(accept) >= kSmallestCleaned) {
         const int a = accept[i];
-        if (std::any_of(accept.begin(), accept.end(), [&](int b) { return linked(a, b); })) {
+        if ((likely >= 0 && linked(a, likely)) || (second >= 0 && linked(a, second))) {
             ++i;
-        } else {
+            continue;
+        }
+        const auto link = std::find_if(accept.begin(), accept.end(), [&](int b) { return linked(a, b); });
+        if (link == accept.end()) {
             accept.erase(accept.begin() + i);
+        } else {
+            second = *link;
+            ++i;
         }
     }
 }
@@ -217,9 +226,10 @@ bool Vecfind(const std::vector<int>& starts, int start) {
 
 // ---- cleaning ------------------------------------------------------------------------------------------------------
 
-void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId) {
+void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId, int likely) {
     LogText(threadId) << "Before clean: " << accept.size() << '\n';
-    RemoveUnlinked(accept, [&](int a, int b) { return Cell(matrix, a, b) != 0 || Cell(matrix, b, a) != 0; });
+    if (likely >= 0 && Size(accept) >= kSmallestCleaned) SettlePairs(matrix, likely);
+    RemoveUnlinked(accept, likely, [&](int a, int b) { return Cell(matrix, a, b) != 0 || Cell(matrix, b, a) != 0; });
     LogText(threadId) << "after clean: " << accept.size() << '\n';
 }
 
@@ -228,7 +238,7 @@ bool clean_accept(std::vector<int>& accept, const std::vector<Read>& reads, std:
     if (accept.empty()) return false;
     const int num = Size(accept);
     LogText(threadId) << "Before full match clean: " << num << '\n';
-    RemoveUnlinked(accept, [&](int a, int b) {
+    RemoveUnlinked(accept, -1, [&](int a, int b) {
         double ratio = 0;
         if (Cell(matrix, a, b) != 0) ratio = GetMatchRatio(reads[a].seq, reads[b].seq, Cell(matrix, a, b));
         if (Cell(matrix, b, a) != 0) ratio = GetMatchRatio(reads[b].seq, reads[a].seq, Cell(matrix, b, a));

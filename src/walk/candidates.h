@@ -90,7 +90,10 @@ bool Vecfind(const std::vector<int>& starts, int start);
 
 /// Removes the candidates that overlap no other candidate in either direction, however short the overlap. Stops as soon
 /// as two are left. Logs the size before and after.
-void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId);
+///
+/// @param likely  the candidate that will be picked if it stays, or -1; changes nothing but the work: its overlaps are
+///                asked for in any case, and with them the links of most others are known
+void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId, int likely = -1);
 
 /// "Full match" clean: the same with only those overlaps counted in which the two reads agree in every base. An empty
 /// accept is left without a word in the log.

@@ -104,7 +104,7 @@ void forwardmax(std::vector<int>& starts, const std::vector<Read>& reads, std::u
         }
         starts.push_back(start);
         CollectRow(matrix, start, num, 1, accept);
-        clean_accept(accept, matrix, threadId);
+        clean_accept(accept, matrix, threadId, max_forward(start, accept, matrix));
         if (accept.size() == 1 && !AcceptOne) {
             start = accept.front();
             AcceptOne = true;
@@ -133,7 +133,7 @@ void rewardmax(std::vector<int>& ends, const std::vector<Read>& reads, std::uint
         if (Vecfind(ends, end)) break;
         ends.push_back(end);
         CollectColumn(matrix, end, num, 1, accept);
-        clean_accept(accept, matrix, threadId);
+        clean_accept(accept, matrix, threadId, max_reward(end, accept, matrix));
         // Ahead of the single candidate on purpose: what the positions leave may be single.
         if (WantsPositionClean(accept, gapsize)) PosCleanAccept(accept, end, reads, matrix, threadId);
         if (accept.size() == 1 && !AcceptOne) {

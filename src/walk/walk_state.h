@@ -54,6 +54,20 @@ struct WalkState {
         drop(without, accept);
     }
 
+    /// clean_accept() for the candidates right of read at.
+    void CleanRightOf(int at) {
+        int likely = -1;
+        creat_last(at, accept, reads, matrix, likely);
+        clean_accept(accept, matrix, threadId, likely);
+    }
+
+    /// clean_accept() for the candidates left of read at.
+    void CleanLeftOf(int at) {
+        int likely = -1;
+        creat_first(at, accept, reads, matrix, likely);
+        clean_accept(accept, matrix, threadId, likely);
+    }
+
     /// The selector may have noted a largest-overlap step, which counts as a step of the first mode.
     void TurnBackJum() {
         if (jum == 2) jum = 1;

@@ -50,7 +50,7 @@ void ReplaceStepsForward(WalkState& w, int& start) {
             start = -1;
             break;
         }
-        clean_accept(w.accept, w.matrix, w.threadId);
+        w.CleanRightOf(prev);
         start = SelectLast(w, prev);
         if (start == -1) break;
         if (w.changenode) w.noreadbreak = false;
@@ -142,7 +142,7 @@ WalkStep TurnForward(WalkState& w, int& start, bool& cycled, bool& ER) {
         w.log() << "Before ERgap!\n";
         ER = true;
     }
-    clean_accept(w.accept, w.matrix, w.threadId);
+    w.CleanRightOf(start);
     if (w.candidates() > 4 && w.gapsize > ReadLen) PosCleanAccept(start, w.accept, w.reads, w.matrix, w.threadId);
     switch (w.candidates()) {
         case 0:
@@ -178,7 +178,7 @@ void ReplaceStepsReward(WalkState& w, int& end) {
         const int prev = w.path.back();
         ClearCell(w.matrix, nowend, prev);
         w.CollectLeft(prev);
-        clean_accept(w.accept, w.matrix, w.threadId);
+        w.CleanLeftOf(prev);
         if (w.candidates() == 1) {
             // The candidate stands in the place of the read walked from, the other way round from every other call.
             if (RewardPosCheck(w.accept[0], prev, w.reads, w.matrix)) {
@@ -317,7 +317,7 @@ WalkStep TurnReward(WalkState& w, int& end, bool& ER) {
         w.log() << "After ER!\n";
         ER = true;
     }
-    clean_accept(w.accept, w.matrix, w.threadId);
+    w.CleanLeftOf(end);
     const bool had_candidates = !w.accept.empty();
     CleanPositions(w, end);
     if (had_candidates && w.accept.empty()) {
@@ -366,7 +366,7 @@ WalkStep StepResumedAmongSeveral(WalkState& w, int& end, const Barred& barred) {
         const int prev = w.path.back();
         ClearCell(w.matrix, nowend, prev);
         w.CollectLeft(prev);
-        clean_accept(w.accept, w.matrix, w.threadId);
+        w.CleanLeftOf(prev);
         if (w.candidates() == 1) {
             end = w.accept[0];
         } else if (w.accept.empty()) {
@@ -426,7 +426,7 @@ WalkStep TurnResumed(WalkState& w, int& end, const Barred& barred) {
     if (end == 0) return WalkStep::kFinish;
     w.ExpectFarEdge(w.size() > w.stopjum);
     w.CollectLeft(end);
-    clean_accept(w.accept, w.matrix, w.threadId);
+    w.CleanLeftOf(end);
     const bool had_candidates = !w.accept.empty();
     CleanPositionsResumed(w, end);
     if (had_candidates && w.accept.empty()) {

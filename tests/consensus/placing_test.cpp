@@ -180,21 +180,6 @@ TEST_F(Places, PathWithoutAnEdge) {
     }
 }
 
-TEST(EachRightOf, VisitsTheCellsAboveZeroInOrder) {
-    std::mt19937 random(99);
-    for (int round = 0; round < 300; ++round) {
-        std::vector<std::uint8_t> row(random() % 70);
-        for (std::uint8_t& cell : row) cell = random() % 6 == 0 ? static_cast<std::uint8_t>(random()) : 0;
-        std::vector<std::pair<std::size_t, int>> wanted;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            if (row[i] != 0) wanted.emplace_back(i, row[i]);
-        }
-        std::vector<std::pair<std::size_t, int>> got;
-        EachRightOf(row.data(), row.size(), [&](std::size_t i, int over) { got.emplace_back(i, over); });
-        ASSERT_EQ(got, wanted);
-    }
-}
-
 TEST(Placing, NoPlaceIsZeroAndNotListed) {
     const std::vector<Read> reads{{"A", 0}, {"C", 0}, {"G", 0}};
     Placing placing(reads);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "align/overlap.h"
+#include "kmer/matrix_lines.h"
 #include "kmer/overlap_matrix.h"
 #include "kmer/plain_seeds.h"
 #include "kmer/random_block.h"
@@ -26,7 +27,9 @@ class OpenMatrixTest : public testing::ThreadStreamsTest {};
 
 /// Reads an open matrix in one of the ways in which walks and votes do.
 int Ask(std::mt19937& random, std::uint8_t** matrix, int num, int i, int j) {
-    switch (random() % 6) {
+    int found = 0;  // the cell, as one of those above 0 in its line
+    int before = -1;
+    switch (random() % 9) {
         case 0:
             SettleRow(matrix, i);
             return matrix[i][j];
@@ -35,6 +38,25 @@ int Ask(std::mt19937& random, std::uint8_t** matrix, int num, int i, int j) {
             return matrix[i][j];
         case 2:
             if (random() % 50 == 0) SettleAll(matrix, num);
+            return Cell(matrix, i, j);
+        case 3:
+            EachInRow(matrix, i, num, [&](int other, int cell) {
+                EXPECT_LT(before, other);
+                EXPECT_GT(cell, 0);
+                before = other;
+                if (other == j) found = cell;
+            });
+            return found;
+        case 4:
+            EachInColumn(matrix, j, num, [&](int other, int cell) {
+                EXPECT_LT(before, other);
+                EXPECT_GT(cell, 0);
+                before = other;
+                if (other == i) found = cell;
+            });
+            return found;
+        case 5:
+            SettlePairs(matrix, random() % 2 == 0 ? i : j);
             return Cell(matrix, i, j);
         default:
             return Cell(matrix, i, j);

@@ -30,17 +30,26 @@ bool ExpectPlainOverlaps(const std::vector<Read>& reads, int method, int type, c
     LayOut(reads, type, detail::PlanSeeds(method), laid);
     PairFinder finder;
     finder.Begin(laid, method);
-    FirstPlaces places;
     int differ = 0;
     for (int i = laid.start; i < laid.end; ++i) {
-        places.Enter(laid.reads[i].words, laid.reads[i].length, laid.plan.pattlen);
+        finder.Enter(i);
         for (int j = laid.start; j < laid.end; ++j) {
             if (j == i) continue;
             const int one = i < j ? i : j;
             const int two = i < j ? j : i;
             const int plain = overlap(reads[one].seq, reads[two].seq, method, Match_ratio);
-            const FoundOverlap entered = finder.OverlapWithEntered(one, two, i, places);
+            const FoundOverlap entered = finder.OverlapWithEntered(j);
             differ += entered.length != plain ? 1 : 0;
+            // Any diagonal may be known, the one that decides among them.
+            const int n1 = laid.reads[i].length;
+            const int n2 = laid.reads[j].length;
+            const int found = plain == 0 || (plain > 0) == (i == one) ? n1 - std::abs(plain) : std::abs(plain) - n2;
+            for (const int shift : {found, found - 7, 0, n1 - n2, n1 / 2}) {
+                if (shift <= -n2 || shift >= n1) continue;
+                Diagonal diagonal;
+                LayUnder(laid.reads[i], laid.reads[j], shift, laid.longest, diagonal);
+                differ += finder.OverlapWithEntered(j, diagonal).length != plain ? 1 : 0;
+            }
             if (one == i) differ += finder.Overlap(one, two).length != plain ? 1 : 0;
             if (entered.equal == 0) continue;
             // A read that starts or ends inside the other is compared over its whole length.
