@@ -1,6 +1,11 @@
 #include "kmer/seed_words.h"
 
 #include <algorithm>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace lintara {
 
@@ -39,25 +44,86 @@ void NumberPart(const char* bases, int count, int pattlen, std::uint16_t* words)
     }
 }
 
-/// Bytes that are no upper-case base, of at most PART.
-int CountStrange(const char* bases, int count) {
-    std::uint8_t strange = 0;
-    for (int i = 0; i < count; ++i) strange += IsBase(bases[i]) ? 0 : 1;
-    return strange;
+#ifdef __SSE2__
+
+__m128i LoadBases(const char* bases) {
+    __m128i bytes;
+    std::memcpy(&bytes, bases, sizeof bytes);
+    return bytes;
+}
+
+/// Numbers of the bases, two bits each, of 16 bytes.
+__m128i BaseNumbers(const char* bases) {
+    return _mm_and_si128(_mm_srli_epi16(LoadBases(bases), 1), _mm_set1_epi8(3));
+}
+
+/// A number before another one of so many bits. What is shifted leaves room in its byte.
+template <int BITS>
+__m128i Joined(__m128i before, __m128i behind) {
+    return _mm_or_si128(_mm_slli_epi16(before, BITS), behind);
+}
+
+/// NumberPart() for words of LONGEST_WORD bases, a step at a time without a stay in memory between the passes.
+void NumberSevens(const char* bases, int count, std::uint16_t* words) {
+    const __m128i zero = _mm_setzero_si128();
+    for (int i = 0; i < count; i += STEP_BYTES) {
+        const char* at = bases + i;
+        const __m128i first_two = Joined<2>(BaseNumbers(at), BaseNumbers(at + 1));
+        const __m128i next_two = Joined<2>(BaseNumbers(at + 2), BaseNumbers(at + 3));
+        const __m128i first_four = Joined<4>(first_two, next_two);
+        const __m128i last_three = Joined<2>(Joined<2>(BaseNumbers(at + 4), BaseNumbers(at + 5)), BaseNumbers(at + 6));
+        const __m128i low = Joined<6>(_mm_unpacklo_epi8(first_four, zero), _mm_unpacklo_epi8(last_three, zero));
+        const __m128i high = Joined<6>(_mm_unpackhi_epi8(first_four, zero), _mm_unpackhi_epi8(last_three, zero));
+        std::memcpy(words + i, &low, sizeof low);
+        std::memcpy(words + i + STEP_BYTES / 2, &high, sizeof high);
+    }
+}
+
+/// Whether 16 bytes are all upper-case bases.
+bool AreBases(const char* bases) {
+    const __m128i bytes = LoadBases(bases);
+    const __m128i a_or_c =
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('A')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('C')));
+    const __m128i g_or_t =
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('G')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('T')));
+    return _mm_movemask_epi8(_mm_or_si128(a_or_c, g_or_t)) == 0xFFFF;
+}
+
+#else
+
+bool AreBases(const char* bases) {
+    return std::all_of(bases, bases + STEP_BYTES, IsBase);
+}
+
+#endif
+
+bool AllBases(const char* bases, int length) {
+    if (length < STEP_BYTES) return std::all_of(bases, bases + length, IsBase);
+    bool all = true;
+    for (int i = 0; i + STEP_BYTES <= length; i += STEP_BYTES) all &= AreBases(bases + i);
+    return all & AreBases(bases + length - STEP_BYTES);
+}
+
+/// Numbers all words as if all bytes were bases.
+void NumberAll(const char* bases, int count, int pattlen, std::uint16_t* words) {
+#ifdef __SSE2__
+    if (pattlen == LONGEST_WORD) {
+        NumberSevens(bases, count, words);
+        return;
+    }
+#endif
+    for (int from = 0; from < count; from += PART) {
+        NumberPart(bases + from, std::min(PART, count - from), pattlen, words + from);
+    }
 }
 
 }  // namespace
 
 bool NumberWords(const char* bases, int length, int pattlen, std::uint16_t* words) {
     const int count = std::max(0, length - pattlen + 1);
-    int strange = 0;
-    for (int from = 0; from < length; from += PART)
-        strange += CountStrange(bases + from, std::min(PART, length - from));
-    for (int from = 0; from < count; from += PART) {
-        NumberPart(bases + from, std::min(PART, count - from), pattlen, words + from);
-    }
+    NumberAll(bases, count, pattlen, words);
     std::fill(words + count, words + length + WORDS_BEHIND, NoWord(pattlen));
-    if (strange == 0) return true;
+    if (AllBases(bases, length)) return true;
     for (int i = 0; i < length; ++i) {
         if (IsBase(bases[i])) continue;
         const int first = std::max(0, i - pattlen + 1);

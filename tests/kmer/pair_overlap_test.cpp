@@ -143,6 +143,32 @@ TEST_F(PairOverlap, WordsAreNumberedByTheirBytes) {
     }
 }
 
+TEST_F(PairOverlap, WordsOfAnyLengthAreThoseBuiltBaseByBase) {
+    std::mt19937 random(20261123);
+    for (int round = 0; round < 800; ++round) {
+        const int pattlen = SHORTEST_WORD + round % 4;
+        const int length = testing::Uniform(random, 0, 300);
+        std::string seq;
+        for (int i = 0; i < length; ++i) seq += "ACGTACGTACGTacN"[random() % (round % 3 == 0 ? 15 : 12)];
+        const std::string bases = seq + std::string(BASES_BEHIND, 'C');
+        std::vector<std::uint16_t> words(seq.size() + WORDS_BEHIND, 7);
+        const bool all_bases = seq.find_first_not_of("ACGT") == std::string::npos;
+        ASSERT_EQ(NumberWords(bases.data(), length, pattlen, words.data()), all_bases);
+        for (int i = 0; i < length + WORDS_BEHIND; ++i) {
+            int word = i + pattlen <= length ? 0 : NoWord(pattlen);
+            for (int k = 0; k < pattlen && i + pattlen <= length; ++k) {
+                const std::size_t base = std::string("ACTG").find(seq[i + k]);
+                if (base == std::string::npos) {
+                    word = NoWord(pattlen);
+                    break;
+                }
+                word = word * 4 + static_cast<int>(base);
+            }
+            ASSERT_EQ(words[i], word) << i << " of " << length << ", " << pattlen;
+        }
+    }
+}
+
 TEST_F(PairOverlap, LeftmostPlaceOfAWordIsFoundInEachReadOfMany) {
     std::mt19937 random(20261124);
     FirstPlaces places;
