@@ -281,8 +281,8 @@ void SampledWords::GatherLeads(int number, const LaidRead& read, const FirstPlac
         const bool leads = (Columns(read, place, hit) >= key_bases_) & (last != shift);
         Lead*& end = ends[(other < number ? 2 : 0) + (shift < 0 ? 1 : 0)];
         *end = {other, shift};
-        end += leads ? 1 : 0;
-        last = leads ? shift : last;
+        end += static_cast<std::ptrdiff_t>(leads);
+        last ^= (last ^ shift) & -static_cast<int>(leads);
     }
     for (int kind = 0; kind < KINDS; ++kind)
         lead_counts_[kind] = static_cast<std::size_t>(ends[kind] - leads_[kind].data());
@@ -291,8 +291,8 @@ void SampledWords::GatherLeads(int number, const LaidRead& read, const FirstPlac
 bool SampledWords::ShareKeyOn(const LaidRead& a, const LaidRead& b, const Diagonal& diagonal) const {
     // The columns that differ part the others into at most one stretch more than they are.
     if (diagonal.equal > (sure_stretch_ - 1) * (diagonal.columns - diagonal.equal + 1)) return true;
-    if (HasEqualStretch(diagonal, sure_stretch_)) return true;
     if (!HasEqualStretch(diagonal, key_bases_)) return false;
+    if (HasEqualStretch(diagonal, sure_stretch_)) return true;
     return AnyEqualStretch(diagonal, [&](int column, int columns) {
         if (columns < key_bases_) return false;
         return columns >= sure_stretch_ ||
