@@ -265,11 +265,6 @@ Partners SettledPartners(const std::uint8_t* const* matrix, int read) {
     return {state.PartnersOf(read), state.partner_words};
 }
 
-void SettlePairs(const std::uint8_t* const* matrix, int read) {
-    if (open_matrix == nullptr || open_matrix->cells() != matrix) return;
-    if (open_matrix->state_->IsInner(read)) open_matrix->state_->SettlePartners(read);
-}
-
 void SettleRow(const std::uint8_t* const* matrix, int read) {
     if (open_matrix != nullptr && open_matrix->cells() == matrix) open_matrix->state_->SettleRow(read);
 }

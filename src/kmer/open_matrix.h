@@ -2,7 +2,7 @@
 //
 // Replaces, for the block driver, the k-mer table, its seeds and overlap_matrix(), which compare every pair of reads
 // that share a k-mer. The walks and votes ask for the reads around their own path only, about a fifth of these pairs;
-// the pairs of one read are settled together where many will be asked for.
+// those of a read on a path are settled together.
 // A cell that is still open holds OPEN_CELL; whoever reads the matrix of a block does it through Cell(), or calls
 // SettleRow() or SettleColumn() before going along one. A matrix that was filled otherwise has no open cells, so that
 // both are plain reads on it.
@@ -67,9 +67,6 @@ class Partners {
 /// other reads may still be open, which then are 0.
 Partners SettledPartners(const std::uint8_t* const* matrix, int read);
 
-/// Settles all pairs of a read at once: less work than pair by pair, where many of them will be asked for.
-void SettlePairs(const std::uint8_t* const* matrix, int read);
-
 /// Settles the row of a read.
 void SettleRow(const std::uint8_t* const* matrix, int read);
 
@@ -112,7 +109,6 @@ class OpenMatrix {
   private:
     friend void detail::SettlePair(const std::uint8_t* const* matrix, int a, int b);
     friend Partners SettledPartners(const std::uint8_t* const* matrix, int read);
-    friend void SettlePairs(const std::uint8_t* const* matrix, int read);
     friend void SettleRow(const std::uint8_t* const* matrix, int read);
     friend void SettleColumn(const std::uint8_t* const* matrix, int read);
     struct State;

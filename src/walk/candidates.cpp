@@ -228,7 +228,6 @@ bool Vecfind(const std::vector<int>& starts, int start) {
 
 void clean_accept(std::vector<int>& accept, std::uint8_t**& matrix, int threadId, int likely) {
     LogText(threadId) << "Before clean: " << accept.size() << '\n';
-    if (likely >= 0 && Size(accept) >= kSmallestCleaned) SettlePairs(matrix, likely);
     RemoveUnlinked(accept, likely, [&](int a, int b) { return Cell(matrix, a, b) != 0 || Cell(matrix, b, a) != 0; });
     LogText(threadId) << "after clean: " << accept.size() << '\n';
 }

@@ -53,16 +53,9 @@ double LogUnaccepted(int un_accept_num, int total_num, int threadId) {
     return ratio;
 }
 
-/// The pick is about to be held against all other candidates.
-void ExpectPick(const std::vector<int>& accept, int pick, std::uint8_t**& matrix) {
-    if (accept.size() > 2) SettlePairs(matrix, pick);
-}
-
 /// Gathers the candidates other than the pick of which `unaccepted` is true.
 template <typename Test>
-Unaccepted Gather(const std::vector<int>& accept, int pick, const std::vector<Read>& reads, std::uint8_t**& matrix,
-                  Test unaccepted) {
-    ExpectPick(accept, pick, matrix);
+Unaccepted Gather(const std::vector<int>& accept, int pick, const std::vector<Read>& reads, Test unaccepted) {
     Unaccepted found;
     for (int a : accept) {
         if (a != pick && unaccepted(a)) found.Add(reads[a]);
@@ -231,7 +224,6 @@ bool IsForwardBreak(int start, int last, const std::vector<int>& accept, const s
     const int min_overlap = Cell(matrix, start, last);
     const int length = Length(reads[last]);
     int un_accept_num = 0;
-    ExpectPick(accept, last, matrix);
     for (int a : accept) {
         if (a == last) continue;
         if (Cell(matrix, a, last) < min_overlap && Cell(matrix, last, a) < min_overlap) ++un_accept_num;
@@ -251,7 +243,6 @@ bool IsRewardBreak(int end, int first, const std::vector<int>& accept, const std
     const int min_overlap = Cell(matrix, first, end);
     const int length = Length(reads[first]);
     int un_accept_num = 0;
-    ExpectPick(accept, first, matrix);
     for (int a : accept) {
         if (a == first) continue;
         if (Cell(matrix, first, a) < min_overlap && Cell(matrix, a, first) < min_overlap) ++un_accept_num;
@@ -271,9 +262,8 @@ bool PassMinForward(int start, int last, const std::vector<int>& accept, const s
     ratio = 1.0;
     const int total_num = Size(accept) - 1;
     if (start < 0 || last < 0 || total_num < 1) return false;
-    const Unaccepted unaccepted = Gather(accept, last, reads, matrix, [&](int a) {
-        return UnacceptedByMinForward(start, last, a, accept, reads, matrix);
-    });
+    const Unaccepted unaccepted = Gather(
+        accept, last, reads, [&](int a) { return UnacceptedByMinForward(start, last, a, accept, reads, matrix); });
     ratio = LogUnaccepted(unaccepted.un_accept_num, total_num, threadId);
 
     if (ratio == 1.0 && accept.size() == 2) return false;
@@ -303,9 +293,8 @@ bool PassMinReward(int end, int first, const std::vector<int>& accept, const std
     ratio = 1.0;
     const int total_num = Size(accept) - 1;
     if (end < 0 || first < 0 || total_num < 1) return false;
-    const Unaccepted unaccepted = Gather(accept, first, reads, matrix, [&](int a) {
-        return UnacceptedByMinReward(end, first, a, accept, reads, matrix);
-    });
+    const Unaccepted unaccepted = Gather(
+        accept, first, reads, [&](int a) { return UnacceptedByMinReward(end, first, a, accept, reads, matrix); });
     ratio = LogUnaccepted(unaccepted.un_accept_num, total_num, threadId);
 
     if (unaccepted.un_accept_num == 0 && total_num >= 3) return false;
@@ -333,7 +322,7 @@ bool PassMaxForward(int start, int last, const std::vector<int>& accept, const s
     const int total_num = Size(accept) - 1;
     if (start < 0 || last < 0 || total_num < 1) return false;
     const Unaccepted unaccepted =
-        Gather(accept, last, reads, matrix, [&](int a) { return UnacceptedByMaxForward(last, a, reads, matrix); });
+        Gather(accept, last, reads, [&](int a) { return UnacceptedByMaxForward(last, a, reads, matrix); });
     ratio = LogUnaccepted(unaccepted.un_accept_num, total_num, threadId);
     return MaxPickFails(unaccepted, total_num, ratio);
 }
@@ -347,7 +336,7 @@ bool PassMaxReward(int end, int first, const std::vector<int>& accept, const std
         return false;
     }
     const Unaccepted unaccepted =
-        Gather(accept, first, reads, matrix, [&](int a) { return UnacceptedByMaxReward(first, a, reads, matrix); });
+        Gather(accept, first, reads, [&](int a) { return UnacceptedByMaxReward(first, a, reads, matrix); });
     ratio = LogUnaccepted(unaccepted.un_accept_num, total_num, threadId);
     return MaxPickFails(unaccepted, total_num, ratio);
 }
