@@ -26,25 +26,37 @@ struct ShortNumbers {
 
     constexpr ShortNumbers() {
         for (unsigned number = 0; number < kEnd; ++number) {
+            const char digits[] = {static_cast<char>('0' + number / 100), static_cast<char>('0' + number / 10 % 10),
+                                   static_cast<char>('0' + number % 10), '\t'};
             Field& field = fields[number];
-            if (number >= 100) field.text[field.size++] = static_cast<char>('0' + number / 100);
-            if (number >= 10) field.text[field.size++] = static_cast<char>('0' + number / 10 % 10);
-            field.text[field.size++] = static_cast<char>('0' + number % 10);
-            field.text[field.size++] = '\t';
+            const unsigned zeros = number >= 100 ? 0 : number >= 10 ? 1 : 2;
+            field.size = 4 - zeros;
+            for (unsigned i = 0; i < 4; ++i) {
+                all_digits[number][i] = digits[i];
+                field.text[i] = i < field.size ? digits[zeros + i] : '\0';
+            }
         }
     }
 
     Field fields[kEnd] = {};
+    char all_digits[kEnd][4] = {};  // with zeros in front
 };
 
 constexpr ShortNumbers kShortNumbers;
 
 /// Writes a number and a tab; up to two bytes behind them are overwritten, too.
 char* WriteField(char* to, int number) {
-    if (static_cast<unsigned>(number) < ShortNumbers::kEnd) {
-        const ShortNumbers::Field& field = kShortNumbers.fields[number];
+    const unsigned whole = static_cast<unsigned>(number);
+    const unsigned kEnd = ShortNumbers::kEnd;
+    if (whole < kEnd) {
+        const ShortNumbers::Field& field = kShortNumbers.fields[whole];
         std::memcpy(to, field.text, sizeof field.text);
         return to + field.size;
+    }
+    if (whole < kEnd * kEnd) {
+        to = WriteField(to, static_cast<int>(whole / kEnd)) - 1;
+        std::memcpy(to, kShortNumbers.all_digits[whole % kEnd], 4);
+        return to + 4;
     }
     to = WriteNumber(to, number);
     *to = '\t';
@@ -61,19 +73,24 @@ Column CountColumn(int posit, const ReadMap& read) {
     return column;
 }
 
-std::vector<Column> CountColumns(int first, int last, const ReadMap& read) {
+std::vector<Column> CountColumns(const std::string& seq, int first, int last, const ReadMap& read) {
     ColumnCounts& counts = SpareCounts();
-    counts.Begin(first, last);
-    for (const auto& [seq, start] : read) counts.Add(*seq, start);
+    counts.Begin(seq, first, last);
+    for (const auto& [placed, start] : read) counts.Add(*placed, start);
     std::vector<Column> columns;
     int covering = 0;
-    for (int posit = first; posit < last; ++posit) columns.push_back(counts.Next(posit - first, covering));
+    for (int index = 0; index < last - first; ++index) {
+        covering = counts.Covering(index, covering);
+        columns.push_back(counts.At(index, covering));
+    }
     return columns;
 }
 
-char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
-                  int value) {
-    to = WriteField(to, posit);
+char* WritePlace(char* to, int posit) {
+    return WriteField(to, posit);
+}
+
+char* WriteVote(char* to, const Column& column, char bases, std::string_view marker, char seq_base, int value) {
     for (const int count : column.num) to = WriteField(to, count);
     *to++ = bases;
     to = std::copy_n(marker.data(), std::min<std::size_t>(marker.size(), 3), to);
@@ -87,6 +104,11 @@ char* WriteRecord(char* to, int posit, const Column& column, char bases, std::st
     }
     *to++ = '\n';
     return to;
+}
+
+char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
+                  int value) {
+    return WriteVote(WritePlace(to, posit), column, bases, marker, seq_base, value);
 }
 
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,

@@ -109,7 +109,7 @@ int VoteBehindEdge(std::string& seq, int before_len, const std::vector<PlacedRea
     int unsame_base_num = 0;
     const auto keep = [&](int posit, char voted) {
         if (posit < before_len) {
-            if (voted != seq[posit]) ++unsame_base_num;
+            ++unsame_base_num;
         } else if (!noreadbreak || voted != 'N') {
             seq[posit] = voted;
         }
@@ -182,10 +182,8 @@ void AddHead(std::string& seq, const HeadRead& head, int first_of_order, Overlap
                       << "last read: " << head_read << '\n'
                       << "after add: " << seq << '\n';
     placing.Set(static_cast<std::size_t>(head.first_id), 0);
-    for (std::size_t i = 0; i < reads.size(); ++i) {
-        const int over = Cell(matrix, i, first_of_order);
-        if (over != 0) placing.Set(i, over - Length(reads[i].seq) + head.longest_left);
-    }
+    EachLeftOf(matrix, static_cast<std::size_t>(first_of_order), reads.size(),
+               [&](std::size_t i, int over) { placing.Set(i, over - Length(reads[i].seq) + head.longest_left); });
 }
 
 // Unlike the before form this places the reads that precede a path read, and counts only the reads of the order that
@@ -202,14 +200,12 @@ int PlaceToAfter(const std::vector<int>& order, Overlaps matrix, const std::vect
         if (next_over == 0) IllegalOrder("Error in order vector !\t", static_cast<int>(o), threadId);
         ++valued_read_num;
         const int dis0 = Length(path_read) - next_over;
-        for (std::size_t i = 0; i < reads.size(); ++i) {
-            const int over = Cell(matrix, i, order[o + 1]);
-            if (over == 0) continue;
-            if (reads[i].pos > next.pos && placing.Has(i)) continue;
+        EachLeftOf(matrix, static_cast<std::size_t>(order[o + 1]), reads.size(), [&](std::size_t i, int over) {
+            if (reads[i].pos > next.pos && placing.Has(i)) return;
             const int dis1 = Length(reads[i].seq) - over;
             placing.Set(i, dis0 - dis1 + iter_len);
             ++valued_read_num;
-        }
+        });
         iter_len += dis0;
     }
     placing.Set(static_cast<std::size_t>(order.back()), iter_len);
@@ -223,7 +219,7 @@ int VoteBeforeEdge(std::string& seq, int after_len, const std::vector<PlacedRead
     const int edge_start = Length(seq) - after_len;
     const auto keep = [&](int posit, char voted) {
         if (posit >= edge_start) {
-            if (voted != seq[posit]) ++unsame_base_num;
+            ++unsame_base_num;
         } else if (!with_head || voted != 'N') {
             seq[posit] = voted;
         }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "consensus/column.h"
+#include "kmer/open_matrix.h"
 #include "store/gap.h"
 
 namespace lintara::consensus {
@@ -59,6 +60,23 @@ void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
     for (; i < num; ++i) {
         if (row[i] != 0) visit(i, int{row[i]});
     }
+}
+
+/// The same for the reads that overlap on the left of one read, down its column of a matrix of num reads. Cells that
+/// are still open are settled.
+template <typename Visit>
+void EachLeftOf(Overlaps matrix, std::size_t read, std::size_t num, Visit visit) {
+    const auto look = [&](std::size_t i) {
+        if (matrix[i][read] == 0) return;
+        const int over = Cell(matrix, static_cast<int>(i), static_cast<int>(read));
+        if (over != 0) visit(i, over);
+    };
+    std::size_t i = 0;
+    for (; i + 4 <= num; i += 4) {
+        if ((matrix[i][read] | matrix[i + 1][read] | matrix[i + 2][read] | matrix[i + 3][read]) == 0) continue;
+        for (std::size_t k = i; k < i + 4; ++k) look(k);
+    }
+    for (; i < num; ++i) look(i);
 }
 
 }  // namespace lintara::consensus

@@ -195,6 +195,27 @@ TEST(EachRightOf, VisitsTheCellsAboveZeroInOrder) {
     }
 }
 
+TEST(EachLeftOf, VisitsTheCellsAboveZeroInOrder) {
+    std::mt19937 random(98);
+    for (int round = 0; round < 300; ++round) {
+        const std::size_t num = 1 + random() % 40;
+        OverlapTable table(num);
+        const int read = static_cast<int>(random() % num);
+        std::vector<std::pair<std::size_t, int>> wanted;
+        for (std::size_t i = 0; i < num; ++i) {
+            for (std::size_t k = 0; k < num; ++k) {
+                if (random() % 6 == 0) table.Set(static_cast<int>(i), static_cast<int>(k), random() % 256);
+            }
+            const int over = table.Rows()[i][read];
+            if (over != 0) wanted.emplace_back(i, over);
+        }
+        std::vector<std::pair<std::size_t, int>> got;
+        EachLeftOf(table.Rows(), static_cast<std::size_t>(read), num,
+                   [&](std::size_t i, int over) { got.emplace_back(i, over); });
+        ASSERT_EQ(got, wanted);
+    }
+}
+
 TEST(Placing, NoPlaceIsZeroAndNotListed) {
     const std::vector<Read> reads{{"A", 0}, {"C", 0}, {"G", 0}};
     Placing placing(reads);
