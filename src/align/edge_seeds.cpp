@@ -39,6 +39,12 @@ std::uint32_t Sample(const char* text) {
     return (Word(text) >> 1 & 0x03030303) * 0x01041040 >> 24;
 }
 
+/// Whether two seeds are equal, most of which have two words.
+bool Equal(const char* a, const char* b, int length) {
+    if (Word(a) != Word(b) || Word(a + length - kSample) != Word(b + length - kSample)) return false;
+    return length <= 2 * kSample || std::memcmp(a, b, static_cast<std::size_t>(length)) == 0;
+}
+
 /// A hash of the first and the last four bytes.
 std::uint32_t Hash(const char* text, int length) {
     return Word(text) * 0x9E3779B1 ^ Word(text + length - kSample) * 0x85EBCA77;
@@ -71,18 +77,28 @@ void EdgeSeeds::FillSamples() {
 void EdgeSeeds::PlacesIn(const std::string& text, Places& places) const {
     places.fill(-1);
     std::uint32_t sought = ~0U;
-    for (int at = 0; at + kSample <= Size(text) && sought != 0; at += kSample) {
+    const auto look = [&](int at) {
         // Ascending offsets are descending places, the last of which stays.
         std::uint32_t hits = samples_[Sample(text.data() + at)] & sought;
         for (; hits != 0; hits &= hits - 1) {
             const int seed = std::countr_zero(hits) / kSample;
             const int place = at - std::countr_zero(hits) % kSample;
             if (place < 0 || place + length_ > Size(text)) continue;
-            if (std::memcmp(text.data() + place, edge_.data() + seed * length_, length_) != 0) continue;
+            if (!Equal(text.data() + place, edge_.data() + seed * length_, length_)) continue;
             places[seed] = place;
             sought &= ~(15U << (seed * kSample));
         }
+    };
+    // Most samples hit nothing, so that four are looked at together.
+    const int kTogether = 4;
+    int at = 0;
+    for (; at + kTogether * kSample <= Size(text) && sought != 0; at += kTogether * kSample) {
+        std::uint32_t hits = 0;
+        for (int k = 0; k < kTogether; ++k) hits |= samples_[Sample(text.data() + at + k * kSample)];
+        if ((hits & sought) == 0) continue;
+        for (int k = 0; k < kTogether; ++k) look(at + k * kSample);
     }
+    for (; at + kSample <= Size(text) && sought != 0; at += kSample) look(at);
 }
 
 void EdgeSeeds::FillTable() const {
@@ -93,7 +109,7 @@ void EdgeSeeds::FillTable() const {
     for (int place = 0; place < stretches; ++place) {
         const char* stretch = edge_.data() + place;
         std::size_t slot = Hash(stretch, length_) >> shift_;
-        while (slots_[slot] >= 0 && std::memcmp(edge_.data() + slots_[slot], stretch, length_) != 0) {
+        while (slots_[slot] >= 0 && !Equal(edge_.data() + slots_[slot], stretch, length_)) {
             slot = (slot + 1) % slots_.size();
         }
         if (slots_[slot] < 0) slots_[slot] = place;
@@ -109,7 +125,7 @@ int EdgeSeeds::PlaceOf(const char* seed) const {
         FillTable();
     }
     std::size_t slot = Hash(seed, length_) >> shift_;
-    while (slots_[slot] >= 0 && std::memcmp(edge_.data() + slots_[slot], seed, length_) != 0) {
+    while (slots_[slot] >= 0 && !Equal(edge_.data() + slots_[slot], seed, length_)) {
         slot = (slot + 1) % slots_.size();
     }
     return slots_[slot];
