@@ -73,10 +73,11 @@ int CountColumns(int n, int least, LanesAt lanes_at, Counts counts) {
         for (int k = 0; k < kBlock; k += kLanes) equal -= lanes_at(i + k);
         sum += Sum(equal);
     }
+    const int rest = n % kLanes;
     Lanes equal{};
-    for (; n - i >= kLanes; i += kLanes) equal -= lanes_at(i);
+    for (; i < n - rest; i += kLanes) equal -= lanes_at(i);
     // The last vector is moved left so that it ends with the columns; those met before do not count again.
-    equal -= lanes_at(n - kLanes) & Load(kLast + (n - i));
+    equal -= lanes_at(n - kLanes) & Load(kLast + rest);
     return sum + Sum(equal);
 }
 

@@ -2,6 +2,7 @@
 // votes take the places over, so they lie in an array by read number, in place of a map by the address of the read.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -53,8 +54,13 @@ void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
         std::uint64_t cells = 0;
         std::memcpy(&cells, row + i, sizeof cells);
         if (cells == 0) continue;
-        for (std::size_t k = i; k < i + sizeof cells; ++k) {
-            if (row[k] != 0) visit(k, int{row[k]});
+        if constexpr (std::endian::native == std::endian::big) cells = __builtin_bswap64(cells);
+        // The highest bit of each byte that is not 0.
+        const std::uint64_t kLow = 0x7F7F7F7F7F7F7F7F;
+        std::uint64_t bits = (((cells & kLow) + kLow) | cells) & ~kLow;
+        for (; bits != 0; bits &= bits - 1) {
+            const std::size_t k = i + static_cast<std::size_t>(std::countr_zero(bits)) / 8;
+            visit(k, int{row[k]});
         }
     }
     for (; i < num; ++i) {

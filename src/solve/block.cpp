@@ -12,6 +12,7 @@
 #include "kmer/hashSet.h"
 #include "kmer/open_matrix.h"
 #include "kmer/overlap_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/halves.h"
@@ -121,7 +122,7 @@ void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::
 /// The lines of overlap_matrix().
 void LogMatrixSteps(int threadId) {
     logFile[threadId] << "caculate the overlap values\n"
-                      << "caculate finish!\n";
+                         "caculate finish!\n";
 }
 
 /// What the walks of one block work on.
@@ -271,7 +272,7 @@ std::string assemble_block(std::vector<Read>& reads, int method, int& type, TagI
     std::vector<int> ends_past(num);
     int* start = starts_past.data();
     int* end = ends_past.data();
-    logFile[threadId] << "the read number is: " << num << "\n";
+    LogText(threadId) << "the read number is: " << int{num} << '\n';
     std::vector<int> with_edge;
     if (type == 1 || type == 3) {
         if (opens) open.MeasureBeforeEdge(with_edge);

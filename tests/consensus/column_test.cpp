@@ -169,6 +169,21 @@ TEST(AppendRecord, NumbersOfAnySize) {
     }
 }
 
+TEST(AppendRecord, SharesOfAnyNumbers) {
+    for (int round = 0; round < 2; ++round) {
+        for (int read_num = 0; read_num <= 300; ++read_num) {
+            for (int value = 0; value <= read_num; ++value) {
+                std::ostringstream wanted;
+                wanted << "5\t0\t0\t0\t0\tA---A\t" << read_num << '\t'
+                       << (read_num > 0 ? static_cast<double>(value) / read_num : 0.0) << '\n';
+                std::string text;
+                AppendRecord(text, 5, {{0, 0, 0, 0}, read_num}, 'A', "---", 'A', value);
+                ASSERT_EQ(text, wanted.str());
+            }
+        }
+    }
+}
+
 /// The quotient as a stream prints it.
 std::string StreamRatio(int value, int read_num) {
     std::ostringstream plain;
