@@ -78,7 +78,7 @@ void EdgeSeeds::FillSamples() {
 void EdgeSeeds::PlacesIn(const std::string& text, Places& places) const {
     places.fill(-1);
     std::uint32_t sought = ~0U;
-    const auto look = [&](int at) {
+    for (int at = 0; at + kSample <= Size(text) && sought != 0; at += kSample) {
         // Ascending offsets are descending places, the last of which stays.
         std::uint32_t hits = samples_[Sample(text.data() + at)] & sought;
         for (; hits != 0; hits &= hits - 1) {
@@ -89,17 +89,7 @@ void EdgeSeeds::PlacesIn(const std::string& text, Places& places) const {
             places[seed] = place;
             sought &= ~(15U << (seed * kSample));
         }
-    };
-    // Most samples hit nothing, so that four are looked at together.
-    const int kTogether = 4;
-    int at = 0;
-    for (; at + kTogether * kSample <= Size(text) && sought != 0; at += kTogether * kSample) {
-        std::uint32_t hits = 0;
-        for (int k = 0; k < kTogether; ++k) hits |= samples_[Sample(text.data() + at + k * kSample)];
-        if ((hits & sought) == 0) continue;
-        for (int k = 0; k < kTogether; ++k) look(at + k * kSample);
     }
-    for (; at + kSample <= Size(text) && sought != 0; at += kSample) look(at);
 }
 
 void EdgeSeeds::FillTable() const {

@@ -2,6 +2,7 @@
 // votes take the places over, so they lie in an array by read number, in place of a map by the address of the read.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -45,44 +46,75 @@ class Placing {
     std::vector<char> placed_;
 };
 
-/// Calls visit(std::size_t read, int over) with each read that overlaps on the right of the matrix's row, by ascending
-/// number. Most cells are 0, so eight are looked at together.
-template <typename Visit>
-void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
-    std::size_t i = 0;
-    for (; i + sizeof(std::uint64_t) <= num; i += sizeof(std::uint64_t)) {
+/// The cells of a matrix's row.
+struct RowCells {
+    const std::uint8_t* row;
+
+    std::uint8_t At(std::size_t i) const { return row[i]; }
+
+    /// Eight cells from i on, the first one in the lowest byte.
+    std::uint64_t EightAt(std::size_t i) const {
         std::uint64_t cells = 0;
         std::memcpy(&cells, row + i, sizeof cells);
-        if (cells == 0) continue;
         if constexpr (std::endian::native == std::endian::big) cells = __builtin_bswap64(cells);
-        // The highest bit of each byte that is not 0.
+        return cells;
+    }
+};
+
+/// The same of a column.
+struct ColumnCells {
+    Overlaps rows;
+    std::size_t column;
+
+    std::uint8_t At(std::size_t i) const { return rows[i][column]; }
+    std::uint64_t EightAt(std::size_t i) const {
+        std::uint64_t cells = 0;
+        for (std::size_t k = 0; k < 8; ++k) cells |= std::uint64_t{At(i + k)} << (8 * k);
+        return cells;
+    }
+};
+
+/// Which of up to 64 cells from first on are above 0: a bit each, the first one lowest. No branch depends on a cell,
+/// since it could not be foretold.
+template <typename Cells>
+std::uint64_t AboveZero(Cells cells, std::size_t first, std::size_t size) {
+    std::uint64_t above = 0;
+    std::size_t i = 0;
+    for (; i + 8 <= size; i += 8) {
+        const std::uint64_t eight = cells.EightAt(first + i);
+        // The highest bit of each byte above 0, then the eight of them side by side.
         const std::uint64_t kLow = 0x7F7F7F7F7F7F7F7F;
-        std::uint64_t bits = (((cells & kLow) + kLow) | cells) & ~kLow;
-        for (; bits != 0; bits &= bits - 1) {
-            const std::size_t k = i + static_cast<std::size_t>(std::countr_zero(bits)) / 8;
-            visit(k, int{row[k]});
-        }
+        const std::uint64_t highest = (((eight & kLow) + kLow) | eight) & ~kLow;
+        above |= ((highest >> 7) * 0x0102040810204080 >> 56) << i;
     }
-    for (; i < num; ++i) {
-        if (row[i] != 0) visit(i, int{row[i]});
+    for (; i < size; ++i) above |= std::uint64_t{cells.At(first + i) != 0} << i;
+    return above;
+}
+
+/// Calls visit(std::size_t read) with the numbers below num, ascending, whose cell is above 0.
+template <typename Cells, typename Visit>
+void EachAboveZero(Cells cells, std::size_t num, Visit visit) {
+    for (std::size_t first = 0; first < num; first += 64) {
+        std::uint64_t above = AboveZero(cells, first, std::min<std::size_t>(64, num - first));
+        for (; above != 0; above &= above - 1) visit(first + static_cast<std::size_t>(std::countr_zero(above)));
     }
+}
+
+/// Calls visit(std::size_t read, int over) with each read that overlaps on the right of the matrix's row, by ascending
+/// number.
+template <typename Visit>
+void EachRightOf(const std::uint8_t* row, std::size_t num, Visit visit) {
+    EachAboveZero(RowCells{row}, num, [&](std::size_t i) { visit(i, int{row[i]}); });
 }
 
 /// The same for the reads that overlap on the left of one read, down its column of a matrix of num reads. Cells that
 /// are still open are settled.
 template <typename Visit>
 void EachLeftOf(Overlaps matrix, std::size_t read, std::size_t num, Visit visit) {
-    const auto look = [&](std::size_t i) {
-        if (matrix[i][read] == 0) return;
+    EachAboveZero(ColumnCells{matrix, read}, num, [&](std::size_t i) {
         const int over = Cell(matrix, static_cast<int>(i), static_cast<int>(read));
         if (over != 0) visit(i, over);
-    };
-    std::size_t i = 0;
-    for (; i + 4 <= num; i += 4) {
-        if ((matrix[i][read] | matrix[i + 1][read] | matrix[i + 2][read] | matrix[i + 3][read]) == 0) continue;
-        for (std::size_t k = i; k < i + 4; ++k) look(k);
-    }
-    for (; i < num; ++i) look(i);
+    });
 }
 
 }  // namespace lintara::consensus
