@@ -58,9 +58,9 @@ const char kLast[2 * kLanes] = {0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  
                                 -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 
 // Counts the columns for which counts(i) is true, which are those whose lane in lanes_at(), of the columns from i on,
-// is all ones. Gives up with any lower number once the count cannot reach `least`.
-template <typename LanesAt, typename Counts>
-int CountColumns(int n, int least, LanesAt lanes_at, Counts counts) {
+// is all ones. Gives up with any lower number once may_reach(sum, columns left) is false.
+template <typename LanesAt, typename Counts, typename MayReach>
+int CountColumns(int n, LanesAt lanes_at, Counts counts, MayReach may_reach) {
     int sum = 0;
     if (n < kLanes) {
         for (int i = 0; i < n; ++i) sum += counts(i) ? 1 : 0;
@@ -68,16 +68,23 @@ int CountColumns(int n, int least, LanesAt lanes_at, Counts counts) {
     }
     int i = 0;
     for (; n - i >= kBlock; i += kBlock) {
-        if (sum + n - i < least) return sum;
+        if (!may_reach(sum, n - i)) return sum;
         Lanes equal{};
         for (int k = 0; k < kBlock; k += kLanes) equal -= lanes_at(i + k);
         sum += Sum(equal);
     }
+    const int rest = n % kLanes;
     Lanes equal{};
-    for (; n - i >= kLanes; i += kLanes) equal -= lanes_at(i);
+    for (; i < n - rest; i += kLanes) equal -= lanes_at(i);
     // The last vector is moved left so that it ends with the columns; those met before do not count again.
-    equal -= lanes_at(n - kLanes) & Load(kLast + (n - i));
+    equal -= lanes_at(n - kLanes) & Load(kLast + rest);
     return sum + Sum(equal);
+}
+
+template <typename MayReach>
+int CountEqualColumns(const char* a, const char* b, int n, MayReach may_reach) {
+    return CountColumns(
+        n, [=](int i) -> Lanes { return Load(a + i) == Load(b + i); }, [=](int i) { return a[i] == b[i]; }, may_reach);
 }
 
 }  // namespace
@@ -115,23 +122,23 @@ int FindFirst(const char* patt, int pattlen, const char* str, int strlen) {
 }
 
 int CountEqual(const char* a, const char* b, int n, int least) {
-    return CountColumns(
-        n, least, [=](int i) -> Lanes { return Load(a + i) == Load(b + i); }, [=](int i) { return a[i] == b[i]; });
+    return CountEqualColumns(a, b, n, [least](int sum, int left) { return sum + left >= least; });
 }
 
 int CountEqual(const char* a, const char* b, int n) {
-    return CountEqual(a, b, n, 0);
+    return CountEqualColumns(a, b, n, [](int, int) { return true; });
 }
 
 int CountEqualBases(const char* a, const char* b, const char* mask, int n, int least) {
     const Lanes unknown = Fill('N');
     return CountColumns(
-        n, least,
+        n,
         [=](int i) -> Lanes {
             const Lanes base = Load(b + i);
             return (Load(a + i) == base) & (base != unknown) & (Load(mask + i) != unknown);
         },
-        [=](int i) { return a[i] == b[i] && b[i] != 'N' && mask[i] != 'N'; });
+        [=](int i) { return a[i] == b[i] && b[i] != 'N' && mask[i] != 'N'; },
+        [least](int sum, int left) { return sum + left >= least; });
 }
 
 int CountEqualBases(const char* a, const char* b, const char* mask, int n) {

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "align/byte_scan.h"
+#include "align/slide_counts.h"
 #include "run/settings.h"
 
 namespace lintara {
@@ -43,9 +44,6 @@ struct BestTwo {
         }
     }
 
-    /// A number of equal columns out of len below which a score is neither of the two and not equal to one.
-    int LeastOf(int len) const { return static_cast<int>(max2_value * 0.01 * len); }
-
     int Winner(double match_ratio, double dif) const {
         if (max_value >= match_ratio * 100 && max_value * dif > max2_value) return max_len;
         if (max_value == 100 && max2_value < 100) return max_len;
@@ -77,6 +75,13 @@ class Overlaps {
     ///                   read_a that is no longer than read_b and then stays at the right end of its first i bases
     Overlaps(const std::string& read_a, const std::string& read_b, bool from_left)
         : read_a_(read_a), read_b_(read_b), from_left_(from_left), has_n_(HasN(read_a) || HasN(read_b)) {}
+
+    /// Whether SlideCounts can count the lengths up to that one.
+    bool CanSlide(int longest) const {
+        return !has_n_ && longest <= Size(from_left_ ? read_a_ : read_b_) &&
+               detail::SlideCounts::Covers(Size(read_a_), Size(read_b_));
+    }
+    detail::SlideCounts Counts() const { return {read_a_, read_b_, from_left_}; }
 
     /// Columns of which the score is a share; no score below 1.
     int Length(int i) const { return std::min(i, Size(from_left_ ? read_b_ : read_a_)); }
@@ -117,40 +122,86 @@ class Overlaps {
     bool has_n_;
 };
 
-// The two best of all lengths from Min to Max.
-BestTwo Slide(const Overlaps& overlaps, int Min, int Max) {
-    BestTwo best;
-    for (int i = Min; i <= Max; ++i) {
+// Equal columns out of len below which a score stays below that many percent.
+int LeastOf(double percent, int len) {
+    return static_cast<int>(percent * 0.01 * len);
+}
+
+// Calls visit(int i, int len, int equal) with the lengths from Min to Max, ascending, until it returns false. A length
+// whose score stays below percent() may be left out, and what that gives may only rise meanwhile.
+template <typename PercentAtLeast, typename Visit>
+void EachLength(const Overlaps& overlaps, int Min, int Max, PercentAtLeast percent, Visit visit) {
+    for (int i = std::max(Min, 1); i <= Max; ++i) {
         const int len = overlaps.Length(i);
-        if (len <= 0) continue;
-        const int least = best.LeastOf(len);
+        const int least = LeastOf(percent(), len);
         const int equal = overlaps.Equal(i, least);
-        if (equal >= least) best.Add(i - Min, Percent(equal, len));
+        if (equal >= least && !visit(i, len, equal)) return;
     }
+}
+
+// The same for lengths that SlideCounts can count.
+template <typename PercentAtLeast, typename Visit>
+void EachLengthAtOnce(const Overlaps& overlaps, detail::SlideCounts& counts, int Min, int Max, PercentAtLeast percent,
+                      Visit visit) {
+    for (int first = std::max(Min, 1); first <= Max; first += detail::SlideCounts::LENGTHS) {
+        const int last = std::min(Max, first + detail::SlideCounts::LENGTHS - 1);
+        const int longest = overlaps.Length(last);
+        // One more, so that no rounding matters.
+        if (!counts.Count(first, longest - LeastOf(percent(), longest) + 1)) continue;
+        const int least_of_all = LeastOf(percent(), overlaps.Length(first));
+        for (int i = first; i <= last; ++i) {
+            const int equal = counts.Equal(i);
+            if (equal < least_of_all) continue;
+            const int len = overlaps.Length(i);
+            if (equal >= LeastOf(percent(), len) && !visit(i, len, equal)) return;
+        }
+    }
+}
+
+// The two best of all lengths from Min to Max.
+template <typename Each>
+BestTwo Slide(int Min, Each each_length) {
+    BestTwo best;
+    each_length([&] { return best.max2_value; },
+                [&](int i, int len, int equal) {
+                    best.Add(i - Min, Percent(equal, len));
+                    return true;
+                });
     return best;
 }
 
 // Whether a length wins, all others staying below its kDif. These need not be counted out for that, so that it is
 // asked first of a length that is likely to win.
-bool Wins(const Overlaps& overlaps, int winner, int Min, int Max, double match_ratio) {
+template <typename Each>
+bool Wins(const Overlaps& overlaps, int winner, double match_ratio, Each each_length) {
     const double score = overlaps.Score(winner, overlaps.Equal(winner, 0));
     if (score == 0 || !(score >= match_ratio * 100)) return false;
-    for (int i = Min; i <= Max; ++i) {
-        const int len = overlaps.Length(i);
-        if (len <= 0 || i == winner) continue;
-        const int least = static_cast<int>(score * kDif * 0.01 * len);
-        const int equal = overlaps.Equal(i, least);
-        if (equal >= least && Percent(equal, len) >= score * kDif) return false;
+    bool wins = true;
+    each_length([&] { return score * kDif; },
+                [&](int i, int len, int equal) {
+                    wins = i == winner || Percent(equal, len) < score * kDif;
+                    return wins;
+                });
+    return wins;
+}
+
+template <typename Each>
+int Connect(const Overlaps& overlaps, int Min, int Max, double match_ratio, Each each_length) {
+    const int likely = overlaps.Likely();
+    if (likely > 0 && likely >= Min && likely <= Max && Wins(overlaps, likely, match_ratio, each_length)) {
+        return likely - Min;
     }
-    return true;
+    return Slide(Min, each_length).Winner(match_ratio, kDif);
 }
 
 int Connect(const Overlaps& overlaps, int Min, int Max, double match_ratio) {
-    const int likely = overlaps.Likely();
-    if (likely > 0 && likely >= Min && likely <= Max && Wins(overlaps, likely, Min, Max, match_ratio)) {
-        return likely - Min;
+    if (Min <= Max && overlaps.CanSlide(Max)) {
+        detail::SlideCounts counts = overlaps.Counts();
+        return Connect(overlaps, Min, Max, match_ratio,
+                       [&](auto percent, auto visit) { EachLengthAtOnce(overlaps, counts, Min, Max, percent, visit); });
     }
-    return Slide(overlaps, Min, Max).Winner(match_ratio, kDif);
+    return Connect(overlaps, Min, Max, match_ratio,
+                   [&](auto percent, auto visit) { EachLength(overlaps, Min, Max, percent, visit); });
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "consensus/column.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -26,29 +27,67 @@ struct ShortNumbers {
 
     constexpr ShortNumbers() {
         for (unsigned number = 0; number < kEnd; ++number) {
+            const char digits[] = {static_cast<char>('0' + number / 100), static_cast<char>('0' + number / 10 % 10),
+                                   static_cast<char>('0' + number % 10), '\t'};
             Field& field = fields[number];
-            if (number >= 100) field.text[field.size++] = static_cast<char>('0' + number / 100);
-            if (number >= 10) field.text[field.size++] = static_cast<char>('0' + number / 10 % 10);
-            field.text[field.size++] = static_cast<char>('0' + number % 10);
-            field.text[field.size++] = '\t';
+            const unsigned zeros = number >= 100 ? 0 : number >= 10 ? 1 : 2;
+            field.size = 4 - zeros;
+            for (unsigned i = 0; i < 4; ++i) {
+                all_digits[number][i] = digits[i];
+                field.text[i] = i < field.size ? digits[zeros + i] : '\0';
+            }
         }
     }
 
     Field fields[kEnd] = {};
+    char all_digits[kEnd][4] = {};  // with zeros in front
 };
 
 constexpr ShortNumbers kShortNumbers;
 
 /// Writes a number and a tab; up to two bytes behind them are overwritten, too.
 char* WriteField(char* to, int number) {
-    if (static_cast<unsigned>(number) < ShortNumbers::kEnd) {
-        const ShortNumbers::Field& field = kShortNumbers.fields[number];
+    const unsigned whole = static_cast<unsigned>(number);
+    const unsigned kEnd = ShortNumbers::kEnd;
+    if (whole < kEnd) {
+        const ShortNumbers::Field& field = kShortNumbers.fields[whole];
         std::memcpy(to, field.text, sizeof field.text);
         return to + field.size;
+    }
+    if (whole < kEnd * kEnd) {
+        to = WriteField(to, static_cast<int>(whole / kEnd)) - 1;
+        std::memcpy(to, kShortNumbers.all_digits[whole % kEnd], 4);
+        return to + 4;
     }
     to = WriteNumber(to, number);
     *to = '\t';
     return to + 1;
+}
+
+/// The share of a winner that up to 8 of up to 255 reads do not have, which nearly all disputed columns are. Each is
+/// worked out once a thread; none is longer than 0.111111.
+struct Share {
+    char text[8];
+    std::uint8_t size;  // 0: not worked out yet
+};
+
+/// Writes a winner's share as WriteRatio() does; up to 7 bytes behind it are overwritten, too.
+char* WriteShare(char* to, int value, int read_num) {
+    const int kMostOthers = 8;
+    const int kMostReads = 255;
+    thread_local Share shares[kMostReads + 1][kMostOthers];
+    const int others = read_num - value;
+    if (value < 0 || others < 1 || others > kMostOthers || read_num > kMostReads) {
+        return WriteRatio(to, value, read_num);
+    }
+    Share& share = shares[read_num][others - 1];
+    if (share.size == 0) {
+        char text[kRatioSize] = {};
+        share.size = static_cast<std::uint8_t>(WriteRatio(text, value, read_num) - text);
+        std::memcpy(share.text, text, sizeof share.text);
+    }
+    std::memcpy(to, share.text, sizeof share.text);
+    return to + share.size;
 }
 
 }  // namespace
@@ -61,19 +100,24 @@ Column CountColumn(int posit, const ReadMap& read) {
     return column;
 }
 
-std::vector<Column> CountColumns(int first, int last, const ReadMap& read) {
+std::vector<Column> CountColumns(const std::string& seq, int first, int last, const ReadMap& read) {
     ColumnCounts& counts = SpareCounts();
-    counts.Begin(first, last);
-    for (const auto& [seq, start] : read) counts.Add(*seq, start);
+    counts.Begin(seq, first, last);
+    for (const auto& [placed, start] : read) counts.Add(*placed, start);
     std::vector<Column> columns;
     int covering = 0;
-    for (int posit = first; posit < last; ++posit) columns.push_back(counts.Next(posit - first, covering));
+    for (int index = 0; index < last - first; ++index) {
+        covering = counts.Covering(index, covering);
+        columns.push_back(counts.At(index, covering));
+    }
     return columns;
 }
 
-char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
-                  int value) {
-    to = WriteField(to, posit);
+char* WritePlace(char* to, int posit) {
+    return WriteField(to, posit);
+}
+
+char* WriteVote(char* to, const Column& column, char bases, std::string_view marker, char seq_base, int value) {
     for (const int count : column.num) to = WriteField(to, count);
     *to++ = bases;
     to = std::copy_n(marker.data(), std::min<std::size_t>(marker.size(), 3), to);
@@ -83,10 +127,15 @@ char* WriteRecord(char* to, int posit, const Column& column, char bases, std::st
     if (value == column.read_num && value > 0) {
         *to++ = '1';
     } else {
-        to = WriteRatio(to, value, column.read_num);
+        to = WriteShare(to, value, column.read_num);
     }
     *to++ = '\n';
     return to;
+}
+
+char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
+                  int value) {
+    return WriteVote(WritePlace(to, posit), column, bases, marker, seq_base, value);
 }
 
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,
@@ -96,8 +145,8 @@ void AppendRecord(std::string& text, int posit, const Column& column, char bases
 }
 
 void WriteFinish(int valued_read_num, int unsame_base_num, int threadId) {
-    snp[threadId] << "SNP get finished!\t"
-                  << "used reads: " << valued_read_num << "\tunsame base: " << unsame_base_num << '\n';
+    snp[threadId] << "SNP get finished!\tused reads: " + std::to_string(valued_read_num) +
+                         "\tunsame base: " + std::to_string(unsame_base_num) + '\n';
 }
 
 void IllegalOrder(std::string_view message, int place, int threadId) {

@@ -7,12 +7,15 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "align/piece.h"
+#include "consensus/agreed_records.h"
 #include "consensus/column_counts.h"
 #include "run/record_text.h"
 #include "run/settings.h"
@@ -54,8 +57,8 @@ struct Verdict {
 /// Counts one column by looking at every placed read.
 Column CountColumn(int posit, const ReadMap& read);
 
-/// Counts the columns from first up to last (not included) at once; entry 0 is column first.
-std::vector<Column> CountColumns(int first, int last, const ReadMap& read);
+/// Counts the columns of seq from first up to last (not included) at once; entry 0 is column first.
+std::vector<Column> CountColumns(const std::string& seq, int first, int last, const ReadMap& read);
 
 inline Winner MostFrequent(const Column& column) {
     // A count and, below it, how early its letter comes: the largest of the four without a branch.
@@ -80,6 +83,10 @@ const int kRecordRoom = 6 * (kNumberRoom + 1) + kRatioSize + 8;
 /// @return the end of the text
 char* WriteRecord(char* to, int posit, const Column& column, char bases, std::string_view marker, char seq_base,
                   int value);
+
+/// Its two parts: the place with its tab, behind which up to two bytes are overwritten, and all that follows.
+char* WritePlace(char* to, int posit);
+char* WriteVote(char* to, const Column& column, char bases, std::string_view marker, char seq_base, int value);
 
 /// Adds one record to text.
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,
@@ -109,15 +116,41 @@ char VoteColumn(char seq_base, int posit, const ReadMap& read, int threadId, Vot
     return verdict.held;
 }
 
+/// A record that has been written.
+struct Written {
+    char* end;   ///< of its text
+    char voted;  ///< the voted base
+};
+
+/// Votes on one column and writes its record behind the place.
+template <typename Vote>
+Written WriteVoteOn(char* to, char seq_base, const Column& column, Vote vote) {
+    const Verdict verdict = vote(seq_base, column);
+    return {WriteVote(to, column, verdict.bases, verdict.marker, seq_base, verdict.value), verdict.held};
+}
+
+/// The same for a column whose covering reads all have the path's base, of that code. It takes a vote only when it is
+/// the first one of its kind.
+template <typename Vote>
+Written WriteAgreedVote(char* to, int code, int covering, Vote vote) {
+    const AgreedRecord& record = AgreedRecordOf<Vote>(code, covering, [&](const Column& column, AgreedRecord& made) {
+        char text[kRecordRoom];
+        const Written written = WriteVoteOn(text, base[code], column, vote);
+        made.Set({text, static_cast<std::size_t>(written.end - text)}, written.voted);
+    });
+    return {record.Write(to), record.held};
+}
+
 /// Votes on the columns of seq from first up to last (not included) in order and writes their records.
 ///
 /// @param reads  a ReadMap or a list of PlacedRead; the order of the reads is of no weight
-/// @param vote   as in VoteColumn()
-/// @param keep   void(int posit, char voted): what becomes of the voted base; it may change seq in that column
+/// @param vote   as in VoteColumn(); what it says depends on its arguments and its own members only
+/// @param keep   void(int posit, char voted): what becomes of a voted base that is not the path's; it may change seq in
+///               that column
 template <typename Reads, typename Vote, typename Keep>
 void VoteColumns(const std::string& seq, int first, int last, const Reads& reads, int threadId, Vote vote, Keep keep) {
     ColumnCounts& counts = SpareCounts();
-    counts.Begin(first, last);
+    counts.Begin(seq, first, last);
     for (const auto& [placed, start] : reads) counts.Add(*placed, start);
     // Records gather up to a fixed size, whatever the number of columns.
     const int kGathered = 1 << 13;
@@ -125,11 +158,17 @@ void VoteColumns(const std::string& seq, int first, int last, const Reads& reads
     char* to = text;
     int covering = 0;
     for (int posit = first; posit < last; ++posit) {
-        const Column column = counts.Next(posit - first, covering);
+        const int index = posit - first;
+        covering = counts.Covering(index, covering);
         const char seq_base = seq[posit];
-        const Verdict verdict = vote(seq_base, column);
-        to = WriteRecord(to, posit, column, verdict.bases, verdict.marker, seq_base, verdict.value);
-        keep(posit, verdict.held);
+        // A vote with members of its own may say something else the next time.
+        const bool agreed = std::is_empty_v<Vote> && counts.Agrees(index) && covering <= kMostAgreed;
+        const int code = agreed ? UpperCode(seq_base) : 4;
+        to = WritePlace(to, posit);
+        const Written written = code < 4 ? WriteAgreedVote(to, code, covering, vote)
+                                         : WriteVoteOn(to, seq_base, counts.At(index, covering), vote);
+        to = written.end;
+        if (written.voted != seq_base) keep(posit, written.voted);
         if (to - text >= kGathered) {
             snp[threadId].write(text, to - text);
             to = text;

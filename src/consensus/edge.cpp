@@ -1,12 +1,12 @@
 #include "consensus/edge.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include "align/overlap.h"
 #include "consensus/path.h"
 #include "consensus/placing.h"
 #include "kmer/matrix_lines.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 
@@ -108,7 +108,7 @@ int VoteBehindEdge(std::string& seq, int before_len, const std::vector<PlacedRea
     int unsame_base_num = 0;
     const auto keep = [&](int posit, char voted) {
         if (posit < before_len) {
-            if (voted != seq[posit]) ++unsame_base_num;
+            ++unsame_base_num;
         } else if (!noreadbreak || voted != 'N') {
             seq[posit] = voted;
         }
@@ -125,28 +125,27 @@ int VoteBehindEdge(std::string& seq, int before_len, const std::vector<PlacedRea
 // Lengthens seq by the part of the read last_id that passes beyond it, if both agree.
 void ExtendTail(std::string& seq, const BeforePlaces& places, const std::vector<int>& order, Overlaps matrix,
                 const std::vector<Read>& reads, int threadId) {
-    std::ofstream& log = logFile[threadId];
     int last_id = places.last_id;
     int offset = 0;
     int len = 0;
-    log << "lastid : " << last_id << '\t' << places.last_tail << '\n';
+    LogText(threadId) << "lastid : " << last_id << '\t' << places.last_tail << '\n';
     if (last_id != -1) {
-        log << "last read: " << reads[last_id].seq << '\n';
+        LogText(threadId) << "last read: " << reads[last_id].seq << '\n';
         offset = places.last_start;
         if (offset > 0) len = Length(seq) - offset;
         if (len < 1) {
-            log << "Position error!\t" << seq.size() << '\t' << offset << '\n';
+            LogText(threadId) << "Position error!\t" << seq.size() << '\t' << offset << '\n';
             last_id = -1;
         }
     }
-    log << "len: " << len << "\tstart last order check!\n";
+    LogText(threadId) << "len: " << len << "\tstart last order check!\n";
     if (order.empty() || last_id == -1) return;
     if (!ReadAgrees(seq, reads[order.back()].seq, places.last_of_order)) return;
-    log << "last order check passed!\n";
+    LogText(threadId) << "last order check passed!\n";
     if (Cell(matrix, order.back(), last_id) == 0) return;
     const std::string& last_read = reads[last_id].seq;
     const int same_base_num = SameBases(seq, offset, last_read, 0, len);
-    log << "same base num: " << same_base_num << '\t' << len << '\n';
+    LogText(threadId) << "same base num: " << same_base_num << '\t' << len << '\n';
     if (static_cast<double>(same_base_num) / len >= 0.99 && Length(last_read) - len < Length(seq)) {
         seq += From(last_read, len);
     }
@@ -177,7 +176,7 @@ void AddHead(std::string& seq, const HeadRead& head, int first_of_order, Overlap
              const std::vector<Read>& reads, Placing& placing, int threadId) {
     const std::string& head_read = reads[head.first_id].seq;
     seq = Head(head_read, head.longest_left) + seq;
-    logFile[threadId] << "lastid : " << head.first_id << '\t' << head.longest_left << '\n'
+    LogText(threadId) << "lastid : " << head.first_id << '\t' << head.longest_left << '\n'
                       << "last read: " << head_read << '\n'
                       << "after add: " << seq << '\n';
     placing.Set(static_cast<std::size_t>(head.first_id), 0);
@@ -218,7 +217,7 @@ int VoteBeforeEdge(std::string& seq, int after_len, const std::vector<PlacedRead
     const int edge_start = Length(seq) - after_len;
     const auto keep = [&](int posit, char voted) {
         if (posit >= edge_start) {
-            if (voted != seq[posit]) ++unsame_base_num;
+            ++unsame_base_num;
         } else if (!with_head || voted != 'N') {
             seq[posit] = voted;
         }
@@ -240,12 +239,11 @@ void CheckHead(std::string& seq, const HeadRead& head, const Placing& placing, c
     const int first = order.front();
     if (head.first_id == -1) return;
     if (!ReadAgrees(seq, reads[first].seq, placing.Offset(static_cast<std::size_t>(first)))) return;
-    std::ofstream& log = logFile[threadId];
-    log << "first order check passed!\n";
+    LogText(threadId) << "first order check passed!\n";
     const std::string& head_read = reads[head.first_id].seq;
     const int len = Length(head_read) - head.longest_left;
     const int same_base_num = SameBases(seq, head.longest_left, head_read, head.longest_left, len);
-    log << "same base num: " << same_base_num << '\t' << len << '\n';
+    LogText(threadId) << "same base num: " << same_base_num << '\t' << len << '\n';
     const double same = len > 0 ? static_cast<double>(same_base_num) / len : 0.0;
     if (same < 0.99 || Length(seq) - head.longest_left < head.longest_left) DropFront(seq, head.longest_left);
 }
@@ -260,7 +258,7 @@ void Get_snp_before(std::string& seq, const std::vector<int>& order, Overlaps ma
 
     seq = reads[0].seq + seq;
     const int before_len = Length(reads[0].seq);
-    snp[threadId] << "value base for each position\t" << before_len << '\n';
+    snp[threadId] << "value base for each position\t" + std::to_string(before_len) + '\n';
     int unsame_base_num = 0;
     if (places.reads.size() > 2) {
         unsame_base_num = VoteBehindEdge(seq, before_len, places.reads, noreadbreak, threadId);
@@ -276,13 +274,12 @@ void Get_snp_before(std::string& seq, const std::vector<int>& order, Overlaps ma
 void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps matrix, const std::vector<Read>& reads,
                    const int* /*end*/, bool noreadbreak, int threadId) {
     if (order.empty()) return;
-    std::ofstream& log = logFile[threadId];
     HeadRead head;
     if (noreadbreak) {
         head = FindHead(order, matrix, reads);
-        log << "no read: " << noreadbreak << '\t' << head.first_id << '\n';
+        LogText(threadId) << "no read: " << noreadbreak << '\t' << head.first_id << '\n';
     }
-    log << "get the after position for each read\n";
+    LogText(threadId) << "get the after position for each read\n";
     snp[threadId] << "get the after position for each read\n";
     Placing placing(reads);
     if (head.first_id != -1) AddHead(seq, head, order[0], matrix, reads, placing, threadId);
@@ -293,13 +290,13 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
     int after_len = Length(last_seq);
     seq += last_seq;
     snp[threadId] << "value base for each position\n";
-    log << "add tail: " << seq << '\t' << seq.size() << '\n';
+    LogText(threadId) << "add tail: " << seq << '\t' << seq.size() << '\n';
     int unsame_base_num = 0;
     if (placed.size() > 2) unsame_base_num = VoteBeforeEdge(seq, after_len, placed, head.first_id != -1, threadId);
-    log << "after value: " << seq << '\t' << seq.size() << '\n';
+    LogText(threadId) << "after value: " << seq << '\t' << seq.size() << '\n';
     CheckHead(seq, head, placing, order, reads, threadId);
 
-    log << "before cut: " << seq << '\t' << seq.size() << '\n';
+    LogText(threadId) << "before cut: " << seq << '\t' << seq.size() << '\n';
     if (head.first_id != -1) {
         DropEnd(seq, after_len);
     } else {
@@ -307,7 +304,7 @@ void Get_snp_after(std::string& seq, const std::vector<int>& order, Overlaps mat
         const int pos = overlap_after_len(seq, last_seq, 1, after_len, 1.0);
         DropEnd(seq, pos < 1 ? Length(last_seq) : pos);
     }
-    log << "after cut: " << seq << '\t' << seq.size() << '\n';
+    LogText(threadId) << "after cut: " << seq << '\t' << seq.size() << '\n';
     WriteFinish(valued_read_num, unsame_base_num, threadId);
 }
 

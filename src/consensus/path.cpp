@@ -103,7 +103,7 @@ void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, c
     snp[threadId] << "value base for each position\n";
     int unsame_base_num = 0;
     VoteColumns(seq, 0, Length(seq), placing.Reads(), threadId, PathVote, [&](int posit, char voted) {
-        if (voted == seq[posit] || voted == 'N') return;
+        if (voted == 'N') return;
         ++unsame_base_num;
         seq[posit] = voted;
     });

@@ -1,10 +1,9 @@
-// Where the reads of a block stand while a path is walked along. A place is set and asked for many times before the
-// votes take the places over, so they lie in an array by read number, in place of a map by the address of the read.
+// Where the reads of a block stand while a path is walked along, and which reads to place next to those of the path. A
+// place is set and asked for many times before the votes take the places over, so they lie in an array by read number,
+// in place of a map by the address of the read.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <vector>
 
 #include "consensus/column.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "align/edge_align.h"
+#include "align/edge_seeds.h"
 #include "align/overlap.h"
 #include "align/placement.h"
 #include "consensus/edge.h"
@@ -11,6 +12,7 @@
 #include "kmer/hashSet.h"
 #include "kmer/open_matrix.h"
 #include "kmer/overlap_matrix.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "solve/halves.h"
@@ -52,15 +54,15 @@ bool TooShortToOverlap(const std::string& edge, const std::string& read, int met
     return length == 0 || (method != 4 && seed >= 4 && length < seed);
 }
 
-int OverlapBefore(const std::string& edge, const std::string& read, int method, int& before_len) {
+int OverlapBefore(const EdgeSeeds& edge, const std::string& read, int method, int& before_len) {
     before_len = -1;
-    if (TooShortToOverlap(edge, read, method)) return 0;
+    if (TooShortToOverlap(edge.Edge(), read, method)) return 0;
     return overlap_before_len(edge, read, method, before_len, Match_ratio);
 }
 
-int OverlapAfter(const std::string& read, const std::string& edge, int method, int& after_len) {
+int OverlapAfter(const std::string& read, const EdgeSeeds& edge, int method, int& after_len) {
     after_len = -1;
-    if (TooShortToOverlap(edge, read, method)) return 0;
+    if (TooShortToOverlap(edge.Edge(), read, method)) return 0;
     return overlap_after_len(read, edge, method, after_len, Match_ratio);
 }
 
@@ -72,10 +74,11 @@ void WriteBeforeEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std:
                      int* start) {
     const int edge = Length(reads[0].seq);
     const int num = static_cast<int>(reads.size());
+    const EdgeSeeds edge_seeds(reads[0].seq);
     for (int i = 0; i < num; ++i) {
         int before_len = -1;
         const int pos = IsKnown(with_edge, i) ? InsideEdge(with_edge[i], reads[i].seq)
-                                              : OverlapBefore(reads[0].seq, reads[i].seq, method, before_len);
+                                              : OverlapBefore(edge_seeds, reads[i].seq, method, before_len);
         if (before_len < 0) {
             start[i] = 0;
             matrix[0][i] = static_cast<std::uint8_t>(std::min(pos, edge));
@@ -96,10 +99,11 @@ void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::
                     int* end) {
     const int num = static_cast<int>(reads.size());
     const int edge = Length(reads[num - 1].seq);
+    const EdgeSeeds edge_seeds(reads[num - 1].seq);
     for (int i = 1; i < num; ++i) {
         int after_len = -1;
         const int pos = IsKnown(with_edge, i) ? InsideEdge(with_edge[i], reads[i].seq)
-                                              : OverlapAfter(reads[i].seq, reads[num - 1].seq, method, after_len);
+                                              : OverlapAfter(reads[i].seq, edge_seeds, method, after_len);
         if (after_len < 0) {
             end[i] = 0;
             matrix[i][num - 1] = static_cast<std::uint8_t>(std::min(pos, edge));
@@ -118,7 +122,7 @@ void WriteAfterEdge(std::uint8_t** matrix, std::vector<Read>& reads, const std::
 /// The lines of overlap_matrix().
 void LogMatrixSteps(int threadId) {
     logFile[threadId] << "caculate the overlap values\n"
-                      << "caculate finish!\n";
+                         "caculate finish!\n";
 }
 
 /// What the walks of one block work on.
@@ -268,7 +272,7 @@ std::string assemble_block(std::vector<Read>& reads, int method, int& type, TagI
     std::vector<int> ends_past(num);
     int* start = starts_past.data();
     int* end = ends_past.data();
-    logFile[threadId] << "the read number is: " << num << "\n";
+    LogText(threadId) << "the read number is: " << int{num} << '\n';
     std::vector<int> with_edge;
     if (type == 1 || type == 3) {
         if (opens) open.MeasureBeforeEdge(with_edge);

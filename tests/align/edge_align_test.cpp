@@ -205,7 +205,8 @@ TEST_F(AlignConnect, EqualsItsPlainTwin) {
     int negative = 0;
     for (int round = 0; round < 6000; ++round) {
         Min_overlap = 8 + static_cast<int>(random() % 20);
-        std::string genome = RandomBases(random, 120, round % 3 == 0 ? "ACN" : "ACGTN");
+        const std::string letters = round % 3 == 0 ? "AC" : "ACGT";
+        std::string genome = RandomBases(random, 120, round % 2 == 0 ? letters : letters + "N");
         if (round % 4 == 0) genome = RandomBases(random, 12) + genome.substr(0, 30) + genome.substr(0, 60);
         const std::string a = genome.substr(random() % 30, 1 + random() % 50);
         const std::string b = genome.substr(random() % 50, 1 + random() % 50);

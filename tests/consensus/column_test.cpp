@@ -16,7 +16,23 @@ namespace {
 
 using lintara::testing::CoveredColumn;
 
-class ColumnStreams : public lintara::testing::ThreadStreamsTest {};
+class ColumnStreams : public lintara::testing::ThreadStreamsTest {
+  protected:
+    /// Votes on the columns of seq from first to last one by one and at once, and holds both against each other.
+    template <typename Vote>
+    void ExpectSameVotes(const std::string& seq, int first, int last, const ReadMap& read, Vote vote) {
+        std::string one_by_one = seq;
+        for (int posit = first; posit < last; ++posit) one_by_one[posit] = VoteColumn(seq[posit], posit, read, 0, vote);
+        const std::string wanted = NewSnp();
+        std::string at_once = seq;
+        VoteColumns(at_once, first, last, read, 0, vote, [&](int posit, char voted) {
+            ASSERT_NE(voted, seq[posit]) << "nothing to keep";
+            at_once[posit] = voted;
+        });
+        ASSERT_EQ(at_once, one_by_one);
+        ASSERT_EQ(NewSnp(), wanted);
+    }
+};
 
 bool Same(const Column& a, const Column& b) {
     return std::equal(std::begin(a.num), std::end(a.num), std::begin(b.num)) && a.read_num == b.read_num;
@@ -52,17 +68,32 @@ TEST(CountColumn, NonBasesCountAsReadsOnly) {
     EXPECT_EQ(column.read_num, 4);
 }
 
+/// A piece of a path as a read has it: with some bases changed, some in lower case.
+std::string ReadOf(std::mt19937& random, const std::string& path, int start, int size) {
+    std::string read = RandomBases(random, size);
+    const bool true_to_path = random() % 4 != 0;
+    for (int i = 0; i < size && true_to_path; ++i) {
+        const int posit = start + i;
+        if (posit < 0 || posit >= static_cast<int>(path.size()) || random() % 30 == 0) continue;
+        read[i] = path[posit];
+        if (random() % 30 == 0) read[i] = static_cast<char>(read[i] ^ 0x20);
+    }
+    return read;
+}
+
 TEST(CountColumns, AgreesWithTheCountOfEachColumn) {
     std::mt19937 random(20240611);
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 600; ++round) {
+        const std::string path = RandomBases(random, 120);
         CoveredColumn placed("");
         const int reads = static_cast<int>(random() % 20);
         for (int i = 0; i < reads; ++i) {
-            placed.Place(RandomBases(random, static_cast<int>(random() % 30)), static_cast<int>(random() % 90) - 20);
+            const int start = static_cast<int>(random() % 120) - 20;
+            placed.Place(ReadOf(random, path, start, static_cast<int>(random() % 50)), start);
         }
-        const int first = static_cast<int>(random() % 10);
-        const int last = first + static_cast<int>(random() % 60);
-        const std::vector<Column> columns = CountColumns(first, last, placed.Map());
+        const int first = static_cast<int>(random() % 20);
+        const int last = first + static_cast<int>(random() % 100);
+        const std::vector<Column> columns = CountColumns(path, first, last, placed.Map());
         ASSERT_EQ(columns.size(), static_cast<std::size_t>(last - first));
         for (int posit = first; posit < last; ++posit) {
             ASSERT_TRUE(Same(columns[posit - first], CountColumn(posit, placed.Map()))) << posit;
@@ -74,9 +105,11 @@ TEST(CountColumns, ManyReadsOnOneColumn) {
     for (const int reads : {254, 255, 256, 511, 1000}) {
         CoveredColumn placed("");
         for (int i = 0; i < reads; ++i) placed.Place(i % 3 == 0 ? "acg" : i % 3 == 1 ? "ACG" : "NNT", i % 2);
-        const std::vector<Column> columns = CountColumns(0, 5, placed.Map());
-        for (int posit = 0; posit < 5; ++posit) {
-            ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit << " of " << reads;
+        for (const std::string path : {"ACGTA", "AACGT", "NNNNN"}) {
+            const std::vector<Column> columns = CountColumns(path, 0, 5, placed.Map());
+            for (int posit = 0; posit < 5; ++posit) {
+                ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit << " of " << reads;
+            }
         }
     }
 }
@@ -86,16 +119,20 @@ TEST(CountColumns, EveryByteCountsAsTheTableSays) {
     for (int c = 0; c < 256; ++c) bytes += static_cast<char>(c);
     CoveredColumn placed("");
     placed.Place(bytes, 0);
-    const std::vector<Column> columns = CountColumns(0, 256, placed.Map());
-    for (int posit = 0; posit < 256; ++posit) {
-        ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit;
+    for (int c = 0; c < 256; ++c) {
+        for (const std::string& path : {std::string(256, static_cast<char>(c)), bytes}) {
+            const std::vector<Column> columns = CountColumns(path, 0, 256, placed.Map());
+            for (int posit = 0; posit < 256; ++posit) {
+                ASSERT_TRUE(Same(columns[posit], CountColumn(posit, placed.Map()))) << posit << " on " << c;
+            }
+        }
     }
 }
 
 TEST(CountColumns, EmptyRangeHasNoColumns) {
     const CoveredColumn placed("A");
-    EXPECT_TRUE(CountColumns(7, 7, placed.Map()).empty());
-    EXPECT_TRUE(CountColumns(7, 5, placed.Map()).empty());
+    EXPECT_TRUE(CountColumns("ACGTACGT", 7, 7, placed.Map()).empty());
+    EXPECT_TRUE(CountColumns("ACGTACGT", 7, 5, placed.Map()).empty());
 }
 
 TEST(MostFrequent, TieStaysWithTheEarlierLetter) {
@@ -125,6 +162,26 @@ TEST(AppendRecord, NumbersOfAnySize) {
     EXPECT_EQ(text,
               "2147483647\t9\t10\t99\t2147483647\tT---T\t2147483647\t1\n"
               "0\t0\t0\t0\t0\tN\ta\t3\t0\n");
+    for (const int posit : {0, 9, 10, 99, 100, 999, 1000, 1007, 1070, 1700, 54321, 999999, 1000000, 1234567}) {
+        text.clear();
+        AppendRecord(text, posit, {{0, 0, 0, 0}, 0}, 'N', "   ", 'A', 0);
+        EXPECT_EQ(text, std::to_string(posit) + "\t0\t0\t0\t0\tN   A\t0\t0\n");
+    }
+}
+
+TEST(AppendRecord, SharesOfAnyNumbers) {
+    for (int round = 0; round < 2; ++round) {
+        for (int read_num = 0; read_num <= 300; ++read_num) {
+            for (int value = 0; value <= read_num; ++value) {
+                std::ostringstream wanted;
+                wanted << "5\t0\t0\t0\t0\tA---A\t" << read_num << '\t'
+                       << (read_num > 0 ? static_cast<double>(value) / read_num : 0.0) << '\n';
+                std::string text;
+                AppendRecord(text, 5, {{0, 0, 0, 0}, read_num}, 'A', "---", 'A', value);
+                ASSERT_EQ(text, wanted.str());
+            }
+        }
+    }
 }
 
 /// The quotient as a stream prints it.
@@ -182,21 +239,41 @@ TEST_F(ColumnStreams, ManyColumnsWriteWhatSingleColumnsWrite) {
         const Winner winner = MostFrequent(column);
         return Verdict{winner.bases, Marker(winner.bases, seq_base), winner.value, winner.bases};
     };
-    for (int round = 0; round < 50; ++round) {
+    // One that says something else of columns in which all reads agree.
+    const auto careful = [](char seq_base, const Column& column) {
+        const Winner winner = MostFrequent(column);
+        const char bases = winner.value > 2 ? winner.bases : 'N';
+        return Verdict{bases, bases == seq_base ? "\t" : "??", winner.value / 2, bases};
+    };
+    for (int round = 0; round < 200; ++round) {
+        const std::string seq = RandomBases(random, 80);
         CoveredColumn placed("");
         for (int i = 0; i < 12; ++i) {
-            placed.Place(RandomBases(random, 20), static_cast<int>(random() % 60) - 10);
+            const int start = static_cast<int>(random() % 90) - 10;
+            placed.Place(ReadOf(random, seq, start, 30), start);
         }
-        const std::string seq = RandomBases(random, 50);
-        std::string one_by_one;
-        for (int posit = 4; posit < 50; ++posit) {
-            one_by_one += VoteColumn(seq[posit], posit, placed.Map(), 0, vote);
-        }
-        const std::string wanted = NewSnp();
-        std::string at_once;
-        VoteColumns(seq, 4, 50, placed.Map(), 0, vote, [&](int, char voted) { at_once += voted; });
-        EXPECT_EQ(at_once, one_by_one);
-        EXPECT_EQ(NewSnp(), wanted);
+        ExpectSameVotes(seq, 4, 75, placed.Map(), vote);
+        ExpectSameVotes(seq, 4, 75, placed.Map(), careful);
+        // A vote with a member is asked for each column.
+        const int least = static_cast<int>(random() % 5);
+        ExpectSameVotes(seq, 4, 75, placed.Map(), [least](char seq_base, const Column& column) {
+            const Winner winner = MostFrequent(column);
+            const char bases = winner.value >= least ? winner.bases : 'N';
+            return Verdict{bases, Marker(bases, seq_base), winner.value, bases};
+        });
+    }
+}
+
+TEST_F(ColumnStreams, ManyReadsThatAgreeWriteWhatSingleColumnsWrite) {
+    const auto vote = [](char seq_base, const Column& column) {
+        const Winner winner = MostFrequent(column);
+        return Verdict{winner.bases, Marker(winner.bases, seq_base), winner.value, winner.bases};
+    };
+    const std::string seq = "ACGTTGCAAC";
+    CoveredColumn placed("");
+    for (const int more : {99, 1, 1, 153, 1, 1, 1, 300}) {
+        for (int i = 0; i < more; ++i) placed.Place(seq, 0);
+        ExpectSameVotes(seq, 0, 10, placed.Map(), vote);
     }
 }
 
