@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "run/options.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "run/worker.h"
@@ -108,6 +109,8 @@ void KeepFreedMemory() {
     mallopt(M_TRIM_THRESHOLD, 32 << 20);
     mallopt(M_MMAP_THRESHOLD, 16 << 20);
     mallopt(M_TOP_PAD, 1 << 20);
+    // A single worker takes over the memory of the loading; it has no other thread to wait for.
+    if (threadNum == 1) mallopt(M_ARENA_MAX, 1);
 #endif
 }
 
@@ -122,8 +125,8 @@ void RunWorkers() {
         threadId[i] = static_cast<int>(i);
         started[i] = pthread_create(&threads[i], nullptr, fill_gap_by_type, &threadId[i]) == 0;
     }
-    std::cerr << threadNum << " threads created!\n"
-              << "Waiting for threads to exit...\n";
+    StreamText(std::cerr) << threadNum << " threads created!\n"
+                          << "Waiting for threads to exit...\n";
     pthread_mutex_unlock(&myMutex);
     if (size > 0 && std::find(started.begin(), started.end(), true) == started.end()) {
         std::cerr << "No worker thread can be started!\n";
@@ -133,7 +136,7 @@ void RunWorkers() {
     for (std::size_t i = 0; i < size; ++i) {
         if (started[i]) pthread_join(threads[i], nullptr);
     }
-    std::cerr << threadNum << " threads exited.\n";
+    StreamText(std::cerr) << threadNum << " threads exited.\n";
 }
 
 int Sum(const int* counter) {
@@ -179,11 +182,12 @@ void PrintTable() {
     const int fullFillNum = Sum(full_fill_num);
     std::cerr << "All the scaffold gaps treat finished!\n\n";
     if (fillNum == 0) EndWithArithmeticFault();
-    std::cerr << "totalGapNum\ttotalGapLen\tnoReadGap\tfillGapNum\tfillGapRatio\tfillLen\tfullFillNum\tfullFillRatio\t"
-                 "unfullfillNum\n"
-              << totalGapNum << "\t" << totalGapLen << "\t" << noReadGapNum << "\t" << fillNum << "\t"
-              << FillGapRatio(fillNum, totalGapNum) << "\t" << fillLen << "\t" << fullFillNum << "\t"
-              << FullFillRatio(fullFillNum, fillNum) << "\t" << totalGapNum - fullFillNum << "\n";
+    StreamText(std::cerr)
+        << "totalGapNum\ttotalGapLen\tnoReadGap\tfillGapNum\tfillGapRatio\tfillLen\tfullFillNum\tfullFillRatio\t"
+           "unfullfillNum\n"
+        << totalGapNum << "\t" << totalGapLen << "\t" << noReadGapNum << "\t" << fillNum << "\t"
+        << FillGapRatio(fillNum, totalGapNum) << "\t" << fillLen << "\t" << fullFillNum << "\t"
+        << FullFillRatio(fullFillNum, fillNum) << "\t" << totalGapNum - fullFillNum << "\n";
 }
 
 void FreeStore() {
@@ -217,7 +221,7 @@ int Run(int argc, char** argv) {
     AllocateThreadState();
     MakeOutputTree();
     OpenStreams();
-    std::cerr << "Load file and creat file using time: " << MinutesSince(start) << "min\n";
+    StreamText(std::cerr) << "Load file and creat file using time: " << MinutesSince(start) << "min\n";
     scafidItr = scafid.begin();
     KeepFreedMemory();
     RunWorkers();
@@ -226,8 +230,8 @@ int Run(int argc, char** argv) {
     CloseStreams();
     FreeThreadState();
     CheckStandardOutput();
-    std::cerr << "All the gaps treated finish!\n"
-              << "Total used time: " << MinutesSince(start) << "min\n";
+    StreamText(std::cerr) << "All the gaps treated finish!\n"
+                          << "Total used time: " << MinutesSince(start) << "min\n";
     return 0;
 }
 

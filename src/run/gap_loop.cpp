@@ -37,11 +37,13 @@ void WriteGapRecord(const Gap& gap, const Scaf& scaffold, int scaf_id, int gap_i
                     const std::string& gap_seq) {
     pthread_mutex_lock(&myMutex);
     if (Realgaplen >= 0) Realgaplen = static_cast<int>(gap_seq.size());
-    std::cout << ">gap" << gap.id << "\t" << Realgaplen << "\t" << static_cast<Len_t>(gap.gap_length) << "\tscaffold"
-              << scaf_id << "\t" << gap_index << "\t" << scaffold.contigs[gap.before_contig_id].size() << "\t"
-              << scaffold.contigs[gap.before_contig_id + 1].size() << "\n"
-              << gap_seq << "\n"
-              << std::flush;
+    std::string record = ">gap" + std::to_string(gap.id) + "\t" + std::to_string(Realgaplen) + "\t" +
+                         std::to_string(static_cast<Len_t>(gap.gap_length)) + "\tscaffold" + std::to_string(scaf_id) +
+                         "\t" + std::to_string(gap_index) + "\t" +
+                         std::to_string(scaffold.contigs[gap.before_contig_id].size()) + "\t" +
+                         std::to_string(scaffold.contigs[gap.before_contig_id + 1].size()) + "\n";
+    record.append(gap_seq).append("\n");
+    std::cout.write(record.data(), static_cast<std::streamsize>(record.size())).flush();
     if (!std::cout) FailedWrite("the standard output");
     pthread_mutex_unlock(&myMutex);
 }
@@ -74,7 +76,7 @@ std::string FillGapWithReads(int scaf_id, Scaf& scaffold, int gap_index, int thr
     ++total_gap_num[threadId];
     total_gap_length[threadId] = static_cast<int>(static_cast<Len_t>(total_gap_length[threadId]) + gap_length);
     LogText(threadId) << "fill gap" << gap.id << "\tlength is: " << gap_length << "\n";
-    snp[threadId] << "gap" << gap.id << "\tlength is: " << gap_length << "\n";
+    StreamText(snp[threadId]) << "gap" << gap.id << "\tlength is: " << gap_length << "\n";
 
     int Realgaplen = 1;
     const std::time_t start = std::time(nullptr);

@@ -36,20 +36,20 @@ struct RatioOf {
     int of;
 };
 
-/// A message of the log. Its parts gather in a buffer and go to the stream at once when the statement ends, so that no
-/// part may write to the log itself.
-class LogText {
+/// A text for a stream. Its parts gather in a buffer and go to the stream at once when the statement ends, so that no
+/// part may write to the stream itself.
+class StreamText {
   public:
-    explicit LogText(int threadId) : threadId_(threadId) {}
-    LogText(const LogText&) = delete;
-    LogText& operator=(const LogText&) = delete;
-    ~LogText() { Send(); }
+    explicit StreamText(std::ostream& stream) : stream_(stream) {}
+    StreamText(const StreamText&) = delete;
+    StreamText& operator=(const StreamText&) = delete;
+    ~StreamText() { Send(); }
 
-    LogText& operator<<(std::string_view part) {
+    StreamText& operator<<(std::string_view part) {
         if (part.size() > kSize - size_) {
             Send();
             if (part.size() > kSize) {
-                logFile[threadId_].write(part.data(), static_cast<std::streamsize>(part.size()));
+                WriteText(stream_, part.data(), part.size());
                 return *this;
             }
         }
@@ -57,20 +57,20 @@ class LogText {
         size_ += part.size();
         return *this;
     }
-    LogText& operator<<(const std::string& part) { return *this << std::string_view(part); }
-    LogText& operator<<(const char* part) { return *this << std::string_view(part); }
-    LogText& operator<<(char part) { return *this << std::string_view(&part, 1); }
-    LogText& operator<<(int number) { return Number(number); }
-    LogText& operator<<(unsigned number) { return Number(number); }
-    LogText& operator<<(long number) { return Number(number); }
-    LogText& operator<<(unsigned long number) { return Number(number); }
-    LogText& operator<<(long long number) { return Number(number); }
-    LogText& operator<<(unsigned long long number) { return Number(number); }
-    LogText& operator<<(double number) {
+    StreamText& operator<<(const std::string& part) { return *this << std::string_view(part); }
+    StreamText& operator<<(const char* part) { return *this << std::string_view(part); }
+    StreamText& operator<<(char part) { return *this << std::string_view(&part, 1); }
+    StreamText& operator<<(int number) { return Number(number); }
+    StreamText& operator<<(unsigned number) { return Number(number); }
+    StreamText& operator<<(long number) { return Number(number); }
+    StreamText& operator<<(unsigned long number) { return Number(number); }
+    StreamText& operator<<(long long number) { return Number(number); }
+    StreamText& operator<<(unsigned long long number) { return Number(number); }
+    StreamText& operator<<(double number) {
         Reserve(kRatioSize);
         return EndAt(WriteDouble(text_ + size_, number));
     }
-    LogText& operator<<(RatioOf ratio) {
+    StreamText& operator<<(RatioOf ratio) {
         Reserve(kRatioSize);
         return EndAt(WriteRatio(text_ + size_, ratio.value, ratio.of));
     }
@@ -79,25 +79,31 @@ class LogText {
     static constexpr std::size_t kSize = 480;
 
     template <typename Whole>
-    LogText& Number(Whole number) {
+    StreamText& Number(Whole number) {
         Reserve(kNumberRoom);
         return EndAt(WriteNumber(text_ + size_, number));
     }
     void Reserve(std::size_t room) {
         if (room > kSize - size_) Send();
     }
-    LogText& EndAt(char* end) {
+    StreamText& EndAt(char* end) {
         size_ = static_cast<std::size_t>(end - text_);
         return *this;
     }
     void Send() {
-        logFile[threadId_].write(text_, static_cast<std::streamsize>(size_));
+        WriteText(stream_, text_, size_);
         size_ = 0;
     }
 
-    int threadId_;
+    std::ostream& stream_;
     std::size_t size_ = 0;
     char text_[kSize];
+};
+
+/// A message of the log.
+class LogText : public StreamText {
+  public:
+    explicit LogText(int threadId) : StreamText(logFile[threadId]) {}
 };
 
 }  // namespace lintara

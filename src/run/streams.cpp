@@ -2,12 +2,15 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <streambuf>
+#include <utility>
 
 #include "run/settings.h"
 
@@ -19,10 +22,17 @@ std::ofstream* snp = nullptr;
 
 namespace {
 
-/// Collects text and hands it on to a file in whole lines.
+/// The place behind the last line end of a text; its start when there is none.
+const char* BehindLines(const char* text, const char* end) {
+    while (end != text && end[-1] != '\n') --end;
+    return end;
+}
+
+/// Collects text and hands it on to a file in whole lines. Its put area is what is free of the first kRoom bytes; a
+/// line that is longer is collected in a larger room until it ends.
 class LineBuffer : public std::streambuf {
   public:
-    explicit LineBuffer(std::filebuf& file) : file_(file) {}
+    explicit LineBuffer(std::filebuf& file) : file_(file) { MoveTo(kRoom); }
 
   protected:
     int_type overflow(int_type c) override {
@@ -32,28 +42,73 @@ class LineBuffer : public std::streambuf {
     }
 
     std::streamsize xsputn(const char* text, std::streamsize size) override {
-        text_.append(text, static_cast<std::size_t>(size));
-        if (text_.size() < kEnough ||
-            std::char_traits<char>::find(text, static_cast<std::size_t>(size), '\n') == nullptr) {
+        if (size <= epptr() - pptr()) {
+            Append(text, text + size);
             return size;
         }
-        return Write(text_.rfind('\n') + 1) ? size : 0;
+        return MakeRoomFor(text, text + size) ? size : 0;
     }
 
-    int sync() override { return Write(text_.size()) ? 0 : -1; }
+    int sync() override { return WriteUpTo(pptr()) ? 0 : -1; }
 
   private:
-    static constexpr std::size_t kEnough = 1 << 16;
+    // The larger the pieces, the less the file system asks for a byte.
+    static constexpr std::ptrdiff_t kRoom = 1 << 17;  // bytes
 
-    bool Write(std::size_t size) {
-        const std::streamsize count = static_cast<std::streamsize>(size);
-        const bool good = file_.sputn(text_.data(), count) == count && file_.pubsync() == 0;
-        text_.erase(0, size);
+    std::ptrdiff_t Used() const { return pptr() - room_.get(); }
+    void SetUsed(std::ptrdiff_t used) { setp(room_.get() + used, room_.get() + std::max(used, kRoom)); }
+
+    /// Collects a text for which the put area is too small, behind what stands in front of it.
+    bool MakeRoomFor(const char* text, const char* end) {
+        // Beyond kRoom stands the begin of a long line and nothing else.
+        if (Used() <= kRoom && !WriteUpTo(BehindLines(room_.get(), pptr()))) return false;
+        if (end - text > epptr() - pptr()) {
+            const char* const lines_end = BehindLines(text, end);
+            if (Used() > 0 && lines_end != text) {
+                Append(text, lines_end);
+                if (!WriteUpTo(pptr())) return false;
+            } else if (!Write(text, lines_end)) {
+                return false;
+            }
+            text = lines_end;
+        }
+        Append(text, end);
+        return true;
+    }
+
+    void Append(const char* from, const char* to) {
+        const std::ptrdiff_t used = Used() + (to - from);
+        if (used > size_) MoveTo(std::max(used, 2 * size_));
+        std::memcpy(pptr(), from, static_cast<std::size_t>(to - from));
+        SetUsed(used);
+    }
+
+    void MoveTo(std::ptrdiff_t size) {
+        std::unique_ptr<char[]> room = std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(size));
+        const std::ptrdiff_t used = room_ == nullptr ? 0 : Used();
+        std::copy_n(room_.get(), used, room.get());
+        room_ = std::move(room);
+        size_ = size;
+        SetUsed(used);
+    }
+
+    bool Write(const char* from, const char* to) {
+        return from == to || (file_.sputn(from, to - from) == to - from && file_.pubsync() == 0);
+    }
+
+    /// Writes what was collected up to a place, and moves the rest to the front.
+    bool WriteUpTo(const char* place) {
+        const bool good = Write(room_.get(), place);
+        const std::ptrdiff_t left = pptr() - place;
+        std::memmove(room_.get(), place, static_cast<std::size_t>(left));
+        SetUsed(left);
+        if (left <= kRoom && size_ > kRoom) MoveTo(kRoom);
         return good;
     }
 
     std::filebuf& file_;
-    std::string text_;
+    std::unique_ptr<char[]> room_;
+    std::ptrdiff_t size_ = 0;  // of the room
 };
 
 // The buffers of the streams that were opened. The main thread alone opens, and nothing is ever freed, since other
@@ -77,6 +132,12 @@ void OpenStream(std::ofstream& stream, const std::string& path) {
     buffer = std::make_unique<LineBuffer>(*stream.rdbuf());
     static_cast<std::ios&>(stream).rdbuf(buffer.get());
     stream.open(path);
+}
+
+void WriteText(std::ostream& stream, const char* text, std::size_t size) {
+    const std::streamsize count = static_cast<std::streamsize>(size);
+    if (stream.good() && stream.rdbuf()->sputn(text, count) != count) stream.setstate(std::ios::badbit);
+    if (stream.flags() & std::ios::unitbuf) stream.flush();
 }
 
 void CloseStream(std::ofstream& stream) {

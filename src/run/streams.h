@@ -2,6 +2,7 @@
 // 0-based threadId; since no thread touches another's entry, nothing here is locked.
 #pragma once
 
+#include <cstddef>
 #include <fstream>
 #include <string>
 
@@ -14,6 +15,9 @@ extern std::ofstream* snp;      ///< snp.threadN: the consensus columns
 /// Opens a stream for writing with truncation, so that only whole lines get into the file until it is flushed or closed
 /// by CloseStream(): a killed run leaves no half of a line. A failure is the stream's fail state.
 void OpenStream(std::ofstream& stream, const std::string& path);
+
+/// stream.write(), without most of what a stream does around each single write.
+void WriteText(std::ostream& stream, const char* text, std::size_t size);
 
 /// Writes what is left and closes a stream that OpenStream() has opened.
 void CloseStream(std::ofstream& stream);

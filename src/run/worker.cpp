@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "store/load.h"
@@ -54,19 +55,22 @@ bool TakeScaffold(int& scaf_id, int& num, int& turn) {
 /// Writes the record of a scaffold without gaps. Its head differs on purpose: a capital, and the length behind a tab.
 void WriteUngappedScaffold(int scaf_id, const Scaf& scaffold, int threadId) {
     const std::string& contig = scaffold.contigs[0];
-    fout[threadId] << ">Scaffold" << scaf_id << "\t" << contig.size() << "\n" << contig << "\n";
+    StreamText(fout[threadId]) << ">Scaffold" << scaf_id << "\t" << contig.size() << "\n" << contig << "\n";
 }
 
 void TreatScaffold(int scaf_id, Scaf& scaffold, int threadId) {
-    logFile[threadId] << "Treat with scaffold " << scaf_id << " and " << scaffold.gapSum << " gaps in the scaffold\n";
+    LogText(threadId) << "Treat with scaffold " << scaf_id << " and " << scaffold.gapSum << " gaps in the scaffold\n";
     if (scaffold.gapSum == 0) {
         WriteUngappedScaffold(scaf_id, scaffold, threadId);
     } else {
         std::map<int, std::string> gap_id_seq;
         FillGaps(scaf_id, scaffold, gap_id_seq, threadId);
-        fout[threadId] << ">scaffold" << scaf_id << "\n" << get_scaffold_seq(gap_id_seq, scaffold) << "\n";
+        StreamText(fout[threadId]) << ">scaffold" << scaf_id << "\n";
+        std::string text = get_scaffold_seq(gap_id_seq, scaffold);
+        text += '\n';
+        WriteText(fout[threadId], text.data(), text.size());
     }
-    logFile[threadId] << "Scaffold " << scaf_id << " finished!\n";
+    LogText(threadId) << "Scaffold " << scaf_id << " finished!\n";
     CheckStreams(threadId);
 }
 

@@ -3,10 +3,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <utility>
 
 namespace lintara {
 
 namespace {
+
+// Bytes that are enough unless a record is long: few enough to stay in the nearest cache.
+const std::size_t kFirstRoom = 1 << 15;
 
 bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -24,15 +28,22 @@ bool HoldsTwoLines(const char* at, const char* end) {
 }  // namespace
 
 LookaheadBuffer::LookaheadBuffer(std::streambuf& source)
-    : source_(source), bytes_(std::make_unique_for_overwrite<char[]>(kRecordRoom + kRecordSlack)) {
+    : source_(source), room_(kFirstRoom), bytes_(std::make_unique_for_overwrite<char[]>(room_ + kRecordSlack)) {
     setg(bytes_.get(), bytes_.get(), bytes_.get());
 }
 
 bool LookaheadBuffer::Refill() {
     if (ended_) return false;
     const std::size_t left = static_cast<std::size_t>(egptr() - gptr());
-    std::memmove(bytes_.get(), gptr(), left);
-    const std::streamsize room = static_cast<std::streamsize>(kRecordRoom - left);
+    if (left > room_ / 2 && room_ < kRecordRoom) {
+        room_ = kRecordRoom;
+        std::unique_ptr<char[]> larger = std::make_unique_for_overwrite<char[]>(room_ + kRecordSlack);
+        std::memcpy(larger.get(), gptr(), left);
+        bytes_ = std::move(larger);
+    } else {
+        std::memmove(bytes_.get(), gptr(), left);
+    }
+    const std::streamsize room = static_cast<std::streamsize>(room_ - left);
     const std::streamsize count = source_.sgetn(bytes_.get() + left, room);
     ended_ = count < room;
     read_ += static_cast<std::uint64_t>(count);
@@ -105,6 +116,16 @@ void GapFile::SkipSpace() {
          c = buffer_.snextc()) {
         if (c == '\n') ++line_;
     }
+}
+
+Len_t GapFile::PassRepeated() {
+    // The record that was taken last has set the text to compare with, unless that was one of the odd ones.
+    if (whole_.data() == nullptr || !in_place_) return 0;
+    const char* at = buffer_.Begin();
+    const Len_t count = plain_.PassRepeated(at, buffer_.End());
+    buffer_.ConsumeTo(at);
+    line_ += 2L * count;
+    return count;
 }
 
 std::string_view GapFile::ReadSequence() {

@@ -37,7 +37,8 @@ class LookaheadBuffer : public std::streambuf {
     /// Bytes of the source in front of Begin().
     std::uint64_t Offset() const { return read_ - static_cast<std::uint64_t>(egptr() - gptr()); }
 
-    /// Reads on behind what is there. @return false when that brought nothing: the buffer is full, or the source ended
+    /// Reads on behind what is there, in a larger room if that is needed. @return false when that brought nothing: the
+    /// buffer is full, or the source ended
     bool Refill();
 
   protected:
@@ -45,6 +46,7 @@ class LookaheadBuffer : public std::streambuf {
 
   private:
     std::streambuf& source_;
+    std::size_t room_;
     std::unique_ptr<char[]> bytes_;
     KeptText* kept_ = nullptr;
     std::uint64_t read_ = 0;  // bytes that the source has given so far
@@ -64,6 +66,12 @@ class GapFile {
     ///
     /// @return the sequence line, which stands until the next call of ReadHeader()
     std::string_view ReadSequence();
+
+    /// Takes the records behind the one that was read last which are as plain as that one and differ from it in
+    /// position and bases alone, with two bases or more, as far as they are at hand.
+    ///
+    /// @return number of records
+    Len_t PassRepeated();
 
     /// Whether the file is compressed.
     bool Compressed() const { return compressed_; }

@@ -39,6 +39,13 @@ void OpenGapPlaces(KeptText text, std::vector<GapPlace> places);
 /// Forgets all places, and the text.
 void CloseGapPlaces();
 
+/// The arrays that the reads and positions of a gap are fetched into. A thread lends them to one gap after the other,
+/// so that it asks for memory only while a gap has more or longer reads than those before it.
+struct FetchedReads {
+    std::vector<std::string> reads{};
+    std::vector<int> position{};
+};
+
 /// Has the reads and positions of a gap in the store for as long as it lives.
 class GapReads {
   public:
@@ -51,7 +58,7 @@ class GapReads {
 
   private:
     Gap& gap_;
-    bool fetched_;
+    FetchedReads fetched_;  // empty unless the reads were fetched
 };
 
 }  // namespace lintara

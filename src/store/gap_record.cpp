@@ -1,5 +1,7 @@
 #include "store/gap_record.h"
 
+#include <limits>
+
 #include "run/settings.h"
 
 namespace lintara {
@@ -69,24 +71,56 @@ inline bool PlainRecords::Stretch::StandsAt(const char* at) const {
 
 const char* PlainRecords::Take(const char* at, const char* end, GapHeader& header, std::string_view& sequence) {
     if (at >= end) return nullptr;
-    const char* bases = TakeRepeatedHeader(at, end, header);
-    if (bases == nullptr) bases = TakeHeader(at, end, header);
-    if (bases == nullptr) return nullptr;
+    int position = 0;
+    const char* bases = TakeRepeatedHeader(at, end, position);
+    if (bases != nullptr) {
+        header = last_;
+        header.position = position;
+    } else {
+        bases = TakeHeader(at, end, header);
+        if (bases == nullptr) return nullptr;
+    }
     const char* const line_end = LineEnd(bases, end);
     if (line_end == nullptr) return nullptr;
     sequence = {bases, static_cast<std::size_t>(line_end - bases)};
     return line_end + 1;
 }
 
+/// Hands position and sequence of each repeated record to `visit`.
+template <class Visit>
+inline Len_t PlainRecords::EachRepeated(const char*& at, const char* end, Len_t most, const Visit& visit) const {
+    const char* next = at;
+    Len_t count = 0;
+    for (; count < most && next < end; ++count) {
+        int position = 0;
+        const char* const bases = TakeRepeatedHeader(next, end, position);
+        if (bases == nullptr) break;
+        const char* const line_end = LineEnd(bases, end);
+        if (line_end == nullptr || line_end - bases < 2) break;
+        visit(count, position, std::string_view(bases, static_cast<std::size_t>(line_end - bases)));
+        next = line_end + 1;
+    }
+    at = next;
+    return count;
+}
+
+Len_t PlainRecords::PassRepeated(const char*& at, const char* end) const {
+    return EachRepeated(at, end, std::numeric_limits<Len_t>::max(), [](Len_t, int, std::string_view) {});
+}
+
+Len_t PlainRecords::StoreRepeated(const char*& at, const char* end, Len_t most, std::string* reads,
+                                  int* position) const {
+    return EachRepeated(at, end, most, [&](Len_t num, int pos, std::string_view sequence) {
+        reads[num].assign(StoredSequence(sequence));
+        position[num] = pos;
+    });
+}
+
 /// Takes a header line whose text is that of the last one but for the position; null for any other.
-inline const char* PlainRecords::TakeRepeatedHeader(const char* at, const char* end, GapHeader& header) const {
+inline const char* PlainRecords::TakeRepeatedHeader(const char* at, const char* end, int& position) const {
     if (!front_.StandsAt(at)) return nullptr;
-    int position = 0;
     at = PlainNumber(at + front_.size, position);
-    if (at == nullptr || at >= end || !back_.StandsAt(at)) return nullptr;
-    header = last_;
-    header.position = position;
-    return at + back_.size;
+    return at == nullptr || at >= end || !back_.StandsAt(at) ? nullptr : at + back_.size;
 }
 
 /// Takes any plain header line; null when there is none. The zeros behind the end stop the search for each field.

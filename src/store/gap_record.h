@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "store/gap.h"
@@ -29,7 +30,7 @@ std::string_view StoredSequence(std::string_view line);
 /// Bytes of the buffers that records are taken off, and so the size of the largest record taken whole.
 inline constexpr std::size_t kRecordRoom = 1 << 17;
 
-/// Bytes of a buffer that must be readable behind the records, all of them zero.
+/// Bytes of a buffer that must be readable behind the records.
 inline constexpr std::size_t kRecordSlack = 16;
 
 /// Takes plain records off a buffer, one after the other.
@@ -37,11 +38,22 @@ class PlainRecords {
   public:
     /// Takes the record at `at`.
     ///
-    /// @param end       end of what is there, with kRecordSlack zeros behind
+    /// @param end       end of what is there, with kRecordSlack bytes behind; they are zeros if the last record may be
+    /// cut
     /// @param header    out; of no meaning when there is no record
     /// @param sequence  out: the second line
     /// @return the place behind the record's second line end; null when the record is not plain or ends beyond `end`
     const char* Take(const char* at, const char* end, GapHeader& header, std::string_view& sequence);
+
+    /// Passes over the records at `at` that differ from the one taken last in position and bases alone and have two
+    /// bases or more.
+    ///
+    /// @param at  in/out: the place behind them; not moved when there is none
+    /// @return number of records
+    Len_t PassRepeated(const char*& at, const char* end) const;
+
+    /// The same for `most` records at most, whose sequences and positions are stored in two arrays.
+    Len_t StoreRepeated(const char*& at, const char* end, Len_t most, std::string* reads, int* position) const;
 
   private:
     /// A stretch of text that is compared as two words.
@@ -54,7 +66,9 @@ class PlainRecords {
         bool StandsAt(const char* at) const;
     };
 
-    const char* TakeRepeatedHeader(const char* at, const char* end, GapHeader& header) const;
+    const char* TakeRepeatedHeader(const char* at, const char* end, int& position) const;
+    template <class Visit>
+    Len_t EachRepeated(const char*& at, const char* end, Len_t most, const Visit& visit) const;
     const char* TakeHeader(const char* at, const char* end, GapHeader& header);
 
     // Records of one gap follow each other and differ in their position alone, so the text around the position is

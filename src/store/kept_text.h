@@ -18,6 +18,10 @@ class KeptText {
     /// Copies what stands from a place on. @return number of bytes, at most `size`; 0 at the end of the text
     std::size_t Copy(std::uint64_t place, char* to, std::size_t size) const;
 
+    /// What stands from a place on, without a copy; null where it does not lie in one piece. kRecordSlack bytes behind
+    /// it are readable.
+    const char* Stretch(std::uint64_t place, std::uint64_t size) const;
+
     /// Forgets the text.
     void Clear();
 

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "store/gap_file.h"
 #include "store/gap_reads.h"
@@ -92,6 +93,13 @@ class GapRuns {
         end_ = file.Offset();
         runs_.back().end = end_;
     }
+    /// Notes so many more records of the gap noted last, which end here.
+    void NoteMore(const GapFile& file, Len_t records) {
+        if (!usable_) return;
+        end_ = file.Offset();
+        runs_.back().end = end_;
+        runs_.back().reads += records;
+    }
     bool usable() const { return usable_; }
     const std::vector<GapRun>& runs() const { return runs_; }
 
@@ -125,13 +133,16 @@ void CountReads(const std::string& file, std::map<int, int>& gapreadsum, GapRuns
         ++*count;
         runs.NoteHeader(in, header, new_gap);
         runs.NoteEnd(in, in.ReadSequence().size());
+        const Len_t more = in.PassRepeated();
+        *count += static_cast<int>(more);
+        runs.NoteMore(in, more);
         if (text != nullptr && !runs.usable()) {
             in.Keep(nullptr);
             text->Clear();
         }
     }
-    std::cerr << "Number count finished!\n"
-              << "Gap number: " << gapreadsum.size() << std::endl;
+    StreamText(std::cerr) << "Number count finished!\n"
+                          << "Gap number: " << gapreadsum.size() << "\n";
 }
 
 /// Takes all gaps out of the store.
@@ -220,7 +231,7 @@ bool ReadLine(std::ifstream& in, std::string& line, const std::string& file) {
 bool CountContigs(std::string& file, const std::map<int, int>& gapreadsum, Scaf*& scaffolds,
                   std::map<int, int>& scafid) {
     Loadcontignum(file, scaffolds, scafid);
-    std::cerr << "scaffold number in total: " << scafid.size() << std::endl;
+    StreamText(std::cerr) << "scaffold number in total: " << scafid.size() << "\n";
     if (!gapreadsum.empty() && !scafid.empty()) return true;
     std::cerr << "Is gapread.fa or contig.fa empty? Can't find read or contig seq\n";
     return false;
@@ -392,7 +403,7 @@ void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scaf
         scaffold.front_gap_lens = new int[static_cast<std::size_t>(count)]();
         ++num;
     }
-    std::cerr << "contig number count finished!\t" << scafid.size() << std::endl;
+    StreamText(std::cerr) << "contig number count finished!\t" << scafid.size() << "\n";
 }
 
 void scaffold_delete(Scaf& scaffold) {

@@ -5,8 +5,8 @@
 #include "align/edge_align.h"
 #include "align/piece.h"
 #include "join/edge_connect.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "solve/block.h"
 #include "strategy/fillgap.h"
 #include "strategy/sequence.h"
@@ -28,7 +28,7 @@ struct BigGap {
 
     int reads() const { return static_cast<int>(gap.greadSum); }
     int gap_length() const { return gap.gap_length; }
-    std::ofstream& log() const { return logFile[threadId]; }
+    LogText log() const { return LogText(threadId); }
 
     int Position(int read) const { return gap.position[read]; }
     int ReadLength(int read) const { return Length(gap.reads[read]); }

@@ -8,8 +8,8 @@
 #include "align/piece.h"
 #include "repeat/tandem_edge.h"
 #include "repeat/type.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "solve/block.h"
 #include "strategy/fillgap.h"
 #include "strategy/repeat_tables.h"
@@ -65,8 +65,7 @@ const std::size_t kFewestReads = 3;  // in a block, its edge included
 }  // namespace
 
 std::string solve_block_before(Gap& gap, std::string& contig1, int threadId) {
-    std::ofstream& log = logFile[threadId];
-    log << "Treat as before block in the gap\n";
+    LogText(threadId) << "Treat as before block in the gap\n";
     if (Length(contig1) < ContigLen) return "";
     std::string edge = Tail(contig1, 2 * ReadLen);
     ToUp(edge);
@@ -74,17 +73,16 @@ std::string solve_block_before(Gap& gap, std::string& contig1, int threadId) {
     block.block.Add(edge, -Length(edge));
     block.AddReads(gap, 0);
     if (block.reads.size() < kFewestReads) return "";
-    log << "Before Edge: " << edge << "\t" << edge.size() << "\n";
+    LogText(threadId) << "Before Edge: " << edge << "\t" << edge.size() << "\n";
     block.FindRepeat(1, block.reads.size());
-    log << "the before block repeat tyep is " << block.unit_len << "\n";
+    LogText(threadId) << "the before block repeat tyep is " << block.unit_len << "\n";
     if (!block.RepeatAtEdge()) return block.Assemble(1);
     return before_TR_assemble(block.reads, block.tables.tagInfo, block.repeat_unit, block.repeat_time,
                               block.tables.freq, threadId);
 }
 
 std::string solve_block_after(Gap& gap, std::string& contig1, int threadId) {
-    std::ofstream& log = logFile[threadId];
-    log << "Treat as after block in the gap\n";
+    LogText(threadId) << "Treat as after block in the gap\n";
     if (Length(contig1) < ContigLen) return "";
     std::string edge = FirstBases(contig1, 2 * ReadLen);
     ToUp(edge);
@@ -93,7 +91,7 @@ std::string solve_block_after(Gap& gap, std::string& contig1, int threadId) {
     // Placed like a before edge on purpose, although it stands behind the gap.
     block.block.Add(edge, -Length(edge));
     if (block.reads.size() < kFewestReads) return "";
-    log << "After  Edge: " << edge << "\t" << edge.size() << "\n";
+    LogText(threadId) << "After  Edge: " << edge << "\t" << edge.size() << "\n";
     // No word on the kind of repeat here, unlike in the other two forms.
     block.FindRepeat(0, block.reads.size() - 1);
     if (!block.RepeatAtEdge()) return block.Assemble(2);
@@ -102,14 +100,13 @@ std::string solve_block_after(Gap& gap, std::string& contig1, int threadId) {
 }
 
 std::string solve_block_middle(Gap& gap, int threadId) {
-    std::ofstream& log = logFile[threadId];
-    log << "Treat the gap as middle block. \n";
+    LogText(threadId) << "Treat the gap as middle block. \n";
     WholeBlock block{threadId};
     // Positions count from the first read, kept or not.
     block.AddReads(gap, gap.greadSum == 0 ? 0 : gap.position[0]);
     if (block.reads.size() < kFewestReads) return "";
     block.FindRepeat(0, block.reads.size());
-    log << "the before block repeat tyep is " << block.unit_len << "\n";
+    LogText(threadId) << "the before block repeat tyep is " << block.unit_len << "\n";
     const bool rebuilds = block.unit_len * block.repeat_time >= 30 && block.unit_len != 0 &&
                           !(block.unit_len == 1 && block.repeat_time <= 29);
     if (!rebuilds) return block.Assemble(0);

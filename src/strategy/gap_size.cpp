@@ -5,6 +5,7 @@
 
 #include "align/edge_seeds.h"
 #include "align/search.h"
+#include "run/record_text.h"
 #include "run/settings.h"
 #include "run/streams.h"
 #include "strategy/slice.h"
@@ -36,7 +37,7 @@ void DrawPlacement(const std::string& before_seq, const std::string& read, const
     const int edge = static_cast<int>(before_seq.size());
     const int read_at = std::max(edge - over1, 0);
     const int after_at = std::max(read_at + static_cast<int>(read.size()) - over2, 0);
-    logFile[threadId] << before_seq << "\n"
+    LogText(threadId) << before_seq << "\n"
                       << std::string(static_cast<std::size_t>(read_at), ' ') << read << "\n"
                       << std::string(static_cast<std::size_t>(after_at), ' ') << after_seq << "\n";
 }
@@ -69,7 +70,7 @@ Estimates CollectEstimates(std::vector<Read>& reads, std::map<int, int>& read, b
         }
         estimates.CheckLen = std::max(estimates.CheckLen, est_len);
         DrawPlacement(before_seq, read_seq, after_seq, over1, over2, threadId);
-        logFile[threadId] << "gap possible len: " << est_len << "\n";
+        LogText(threadId) << "gap possible len: " << est_len << "\n";
         estimates.Len.push_back(est_len);
         estimates.read_len[i] = est_len;
     }
@@ -88,7 +89,7 @@ int SizeOfFew(const Estimates& estimates, std::map<int, int>& read, bool Accept_
         read.erase(first->second != estimates.CheckLen ? first->first : std::next(first)->first);
         return estimates.CheckLen;
     }
-    logFile[threadId] << "Too few long read cross over the short gap, try middle assemble\t" << Len.size() << "\n";
+    LogText(threadId) << "Too few long read cross over the short gap, try middle assemble\t" << Len.size() << "\n";
     read.clear();
     return kUnknownSize;
 }
@@ -96,7 +97,7 @@ int SizeOfFew(const Estimates& estimates, std::map<int, int>& read, bool Accept_
 Vote CountVotes(const std::map<int, int>& freq, int threadId) {
     Vote vote;
     for (const auto& [len, times] : freq) {
-        logFile[threadId] << len << "\t" << times << "\n";
+        LogText(threadId) << len << "\t" << times << "\n";
         if (times > vote.max_time) {
             vote.max2_time = vote.max_time;
             vote.max2_len = vote.max_len;
@@ -134,11 +135,11 @@ int Decide(const Vote& vote, const std::map<int, int>& freq, int CheckLen, int t
     const int support = freq.at(CheckLen);
     int result = CheckLen;
     if (support == 1 && freq.size() == 2 && vote.max_time >= 6) {
-        logFile[threadId]
+        LogText(threadId)
             << "Two possible gapsize, accept the longer one, but more support short one, accept shorter.\n";
         result = vote.max_len;
     } else {
-        logFile[threadId] << "Accept the longer gap size, support read number is: " << support << "\n";
+        LogText(threadId) << "Accept the longer gap size, support read number is: " << support << "\n";
     }
     // One base apart: the runner-up is the winner with a base lost in sequencing.
     if (vote.max_len - vote.max2_len == 1) result = vote.max_len;
@@ -157,13 +158,13 @@ void Prune(std::map<int, int>& read, Estimates& estimates, int result) {
 int GetGapLen(std::vector<Read>& reads, std::map<int, int>& read, bool& Accept_Long, int threadId) {
     const int num = static_cast<int>(reads.size());
     const int gapLen = reads.empty() ? 0 : reads.back().pos;
-    logFile[threadId] << "Try to get the accurate gap size using read number: " << num << "\t" << gapLen << "\n";
+    LogText(threadId) << "Try to get the accurate gap size using read number: " << num << "\t" << gapLen << "\n";
     if (num < 3) {
-        logFile[threadId] << "Too few long read for the small gap, try to use middle method\n";
+        LogText(threadId) << "Too few long read for the small gap, try to use middle method\n";
         return kUnknownSize;
     }
     Estimates estimates = CollectEstimates(reads, read, Accept_Long, threadId);
-    logFile[threadId] << "possible gap size number is: " << estimates.Len.size() << "\n";
+    LogText(threadId) << "possible gap size number is: " << estimates.Len.size() << "\n";
     if (estimates.Len.size() < 3) return SizeOfFew(estimates, read, Accept_Long, threadId);
 
     for (const int len : estimates.Len) ++estimates.freq[len];
@@ -171,7 +172,7 @@ int GetGapLen(std::vector<Read>& reads, std::map<int, int>& read, bool& Accept_L
     int result = vote.max_len;
     if (!ClearMajority(vote, estimates.CheckLen, Accept_Long)) {
         if (!LongestMayDecide(vote, estimates.CheckLen, Accept_Long, gapLen)) {
-            logFile[threadId] << "Gap length cannot decided!\n"
+            LogText(threadId) << "Gap length cannot decided!\n"
                               << vote.max2_time << "\t" << vote.max_time << "\t" << estimates.Len.size() << "\n";
             return kUnknownSize;
         }
@@ -185,11 +186,11 @@ bool LongCheck(const std::string& /*over_part_before*/, const std::string& /*ove
                int over1, int over2, int threadId) {
     const int size = static_cast<int>(read.size());
     const int gaplen = size - over1 - over2;
-    logFile[threadId] << "Now check gap size: " << gaplen << "\n";
+    LogText(threadId) << "Now check gap size: " << gaplen << "\n";
     if (gaplen > 4) {
-        logFile[threadId] << "Check whether exists more than once.\n";
+        LogText(threadId) << "Check whether exists more than once.\n";
         if (PattNum(Slice(read, over1, gaplen), read).size() > 1) {
-            logFile[threadId] << "Gap sequence may exists more than one copy in the gap region! So accept longest\n";
+            LogText(threadId) << "Gap sequence may exists more than one copy in the gap region! So accept longest\n";
             return true;
         }
     }
@@ -199,7 +200,7 @@ bool LongCheck(const std::string& /*over_part_before*/, const std::string& /*ove
         const int pos = string_match(pattern, str1, 1);
         if (pos >= 0) {
             const int gaplen2 = size - 1 - pos - over1 - over2;
-            logFile[threadId] << "Using before pattern: " << pattern << "\n"
+            LogText(threadId) << "Using before pattern: " << pattern << "\n"
                               << "When gap length is " << gaplen
                               << ", maybe other reads support gap length: " << gaplen2 << "\n";
             return true;
@@ -211,7 +212,7 @@ bool LongCheck(const std::string& /*over_part_before*/, const std::string& /*ove
     const int pos = string_match(pattern, str2, 1);
     if (pos < 0) return false;
     const int gaplen2 = pos - over1;
-    logFile[threadId] << "Using after pattern: " << pattern << "\n"
+    LogText(threadId) << "Using after pattern: " << pattern << "\n"
                       << "When gap length is " << gaplen << ", maybe other reads support gap length: " << gaplen2
                       << "\n";
     return true;
@@ -230,16 +231,17 @@ char value_base(char seq_base, int posit, const std::map<int, int>& read, const 
     }
     int highest = 0;
     char result = 'N';
-    snp[threadId] << posit << "\t";
+    StreamText record(snp[threadId]);
+    record << posit << "\t";
     for (int code = 0; code < 4; ++code) {
-        snp[threadId] << count[code] << "\t";
+        record << count[code] << "\t";
         if (count[code] > highest) {
             highest = count[code];
             result = base[code];
         }
     }
     const double ratio = total == 0 ? 0.0 : static_cast<double>(highest) / total;
-    snp[threadId] << result << "\t" << total << "\t" << ratio << "\n";
+    record << result << "\t" << total << "\t" << ratio << "\n";
     return result;
 }
 

@@ -4,8 +4,8 @@
 #include "repeat/tandem_block.h"
 #include "repeat/tandem_multi.h"
 #include "repeat/type.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "solve/block.h"
 #include "strategy/fillgap.h"
 #include "strategy/repeat_tables.h"
@@ -45,7 +45,7 @@ void CutForMinusGap(const Gap& gap, std::string& contig1, int realgaplen, std::s
     seq.clear();
     if (-realgaplen <= static_cast<int>(contig1.size())) {
         DropEnd(contig1, -realgaplen);
-        logFile[threadId] << "Cut contig edge for the minus gap!\n";
+        LogText(threadId) << "Cut contig edge for the minus gap!\n";
     } else {
         seq = Ns(gap.gap_length);
     }
@@ -54,11 +54,10 @@ void CutForMinusGap(const Gap& gap, std::string& contig1, int realgaplen, std::s
 }  // namespace
 
 std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& contig2, int& realgaplen, int threadId) {
-    std::ofstream& log = logFile[threadId];
-    log << "Treat the gap as middle size gap!\n";
+    LogText(threadId) << "Treat the gap as middle size gap!\n";
     const Len_t gap_length = static_cast<Len_t>(gap.gap_length);
     if (!Admitted(gap, contig1, contig2)) {
-        log << "Too Many reads for gap" << gap.id << "\t" << gap.greadSum << "\t" << gap_length << "\n";
+        LogText(threadId) << "Too Many reads for gap" << gap.id << "\t" << gap.greadSum << "\t" << gap_length << "\n";
         return Ns(gap.gap_length);
     }
     std::string tmp_read1 = Tail(contig1, 2 * ReadLen);
@@ -68,9 +67,11 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
     ReadBlock block;
     LayOutBlock(gap, tmp_read1, tmp_read2, block);
     std::vector<Read>& reads = block.reads;
-    log << "gap read num: " << gap.greadSum << "\tusing read num: " << reads.size() << "\n";
-    log << "Before contig edge: " << tmp_read1 << "\t" << tmp_read1.size() << "\t" << contig1.size() << "\n";
-    log << "After  contig edge: " << tmp_read2 << "\t" << tmp_read2.size() << "\t" << contig2.size() << "\n";
+    LogText(threadId) << "gap read num: " << gap.greadSum << "\tusing read num: " << reads.size() << "\n";
+    LogText(threadId) << "Before contig edge: " << tmp_read1 << "\t" << tmp_read1.size() << "\t" << contig1.size()
+                      << "\n";
+    LogText(threadId) << "After  contig edge: " << tmp_read2 << "\t" << tmp_read2.size() << "\t" << contig2.size()
+                      << "\n";
 
     RepeatTables tables;
     std::map<std::string, int> TRSeq;
@@ -80,30 +81,30 @@ std::string MiddleGapAssemble(Gap& gap, std::string& contig1, std::string& conti
         FindBlockType(reads, 1, reads.size() - 1, tables.tagInfo, TRSeq, tables.freq, isMultiTR, threadId);
     std::string seq;
     if (unit_len == 0 || TRSeq.empty()) {
-        log << "Starting to fill gaps of TE type\n";
+        LogText(threadId) << "Starting to fill gaps of TE type\n";
         seq = assemble_block(reads, Method, type, tables.tagInfo, realgaplen, threadId);
     } else {
-        log << "Starting to fill gap of TR type\t" << TRSeq.size() << "\n";
+        LogText(threadId) << "Starting to fill gap of TR type\t" << TRSeq.size() << "\n";
         if (isMultiTR == 1) {
-            log << "gap" << gap.id << "\t" << gap_length << "\tTRGAP!\n";
+            LogText(threadId) << "gap" << gap.id << "\t" << gap_length << "\tTRGAP!\n";
             seq = solve_MTR_block(reads, tables.tagInfo, TRSeq, gap.gap_length, type, realgaplen, threadId);
-            if (type == -1) log << "gap" << gap.id << "\t" << gap_length << "\tERGAP\n";
+            if (type == -1) LogText(threadId) << "gap" << gap.id << "\t" << gap_length << "\tERGAP\n";
             // A negative realgaplen of this solver is not turned into a cut.
             return seq;
         }
         std::string repeat_unit = TRSeq.begin()->first;
         int repeat_time = TRSeq.begin()->second;
-        log << "find the type " << unit_len << "\trepeat time: " << repeat_time << "\trepeat unit: " << repeat_unit
-            << "\n";
+        LogText(threadId) << "find the type " << unit_len << "\trepeat time: " << repeat_time
+                          << "\trepeat unit: " << repeat_unit << "\n";
         if (GoesTheOrdinaryRoad(unit_len, repeat_time, gap.gap_length)) {
             seq = assemble_block(reads, Method, type, tables.tagInfo, realgaplen, threadId);
         } else {
             seq = solve_TR_block(reads, tables.tagInfo, repeat_unit, repeat_time, gap.gap_length, tables.freq, type,
                                  realgaplen, threadId);
-            log << "gap" << gap.id << "\t" << gap_length << "\tTRGAP\n";
+            LogText(threadId) << "gap" << gap.id << "\t" << gap_length << "\tTRGAP\n";
         }
     }
-    if (type == -1) log << "gap" << gap.id << "\t" << gap_length << "\tERGAP\n";
+    if (type == -1) LogText(threadId) << "gap" << gap.id << "\t" << gap_length << "\tERGAP\n";
     if (realgaplen < 0) CutForMinusGap(gap, contig1, realgaplen, seq, threadId);
     return seq;
 }

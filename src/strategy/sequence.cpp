@@ -1,6 +1,8 @@
 #include "strategy/sequence.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <numeric>
 #include <utility>
@@ -12,6 +14,18 @@
 namespace lintara {
 
 namespace {
+
+// 16 bytes at once; a lane of a comparison is all ones where it holds.
+using Lanes = std::uint8_t __attribute__((vector_size(16)));
+
+/// Which bytes are bases of either case.
+Lanes AreBases(const char* text) {
+    Lanes bytes;
+    std::memcpy(&bytes, text, sizeof bytes);
+    const Lanes low = bytes | 0x20;
+    const Lanes a_as_c = low | 0x02;  // the bit in which they differ
+    return (a_as_c == 'c') | (low == 'g') | (low == 't');
+}
 
 /// The columns of one trial overlap that are equal: the last `pos` bases of one sequence on the first of the other.
 int EqualColumns(const std::string& sequence1, const std::string& sequence2, int pos) {
@@ -95,19 +109,18 @@ int n_num(const std::string& seq) {
 }
 
 int ScreenReads(const std::string& Gapread) {
-    // Looks at the whole read, without a branch, so that the compiler can take many bytes at once.
-    const char* bases = Gapread.data();
+    // Looks at the whole read without a branch, since hardly any is turned down.
+    const char* const bases = Gapread.data();
     const std::size_t num = Gapread.size();
-    unsigned char any_other = 0;
-    for (std::size_t i = 0; i < num; ++i) {
-        const unsigned char low = static_cast<unsigned char>(bases[i]) | 0x20;
-        unsigned char other = low != 'a' ? 1 : 0;
-        other = low == 'c' ? 0 : other;
-        other = low == 'g' ? 0 : other;
-        other = low == 't' ? 0 : other;
-        any_other |= other;
+    if (num < sizeof(Lanes)) {
+        return std::all_of(bases, bases + num, [](char c) { return alphabet[c] < 4; }) ? 1 : 0;
     }
-    return any_other ? 0 : 1;
+    // The last lanes end with the read and may overlap those before.
+    Lanes all = AreBases(bases + num - sizeof(Lanes));
+    for (std::size_t i = 0; i + sizeof(Lanes) < num; i += sizeof(Lanes)) all &= AreBases(bases + i);
+    std::uint64_t halves[2];
+    std::memcpy(halves, &all, sizeof halves);
+    return (halves[0] & halves[1]) == ~std::uint64_t{0} ? 1 : 0;
 }
 
 void SortReads(Gap& gap) {
@@ -185,7 +198,13 @@ void set_tmp_read(std::string& tmp1, std::string& tmp2, const std::string& conti
 }
 
 std::string get_scaffold_seq(std::map<int, std::string>& gap_id_seq, const Scaf& scaffold) {
-    std::string text = scaffold.contigs[0];
+    std::size_t size = scaffold.contigs[0].size();
+    for (Len_t i = 0; i < scaffold.gapSum; ++i) {
+        size += gap_id_seq[static_cast<int>(i)].size() + scaffold.contigs[i + 1].size();
+    }
+    std::string text;
+    text.reserve(size + 1);  // the record's line end follows
+    text += scaffold.contigs[0];
     for (Len_t i = 0; i < scaffold.gapSum; ++i) {
         text += ToLow(gap_id_seq[static_cast<int>(i)]);
         text += scaffold.contigs[i + 1];

@@ -4,8 +4,8 @@
 #include "align/edge_align.h"
 #include "align/search.h"
 #include "repeat/tag_info.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "strategy/fillgap.h"
 #include "strategy/gap_size.h"
 #include "strategy/sequence.h"
@@ -26,7 +26,7 @@ enum class Outcome { kOpen, kSettled };
 bool Admitted(const Gap& gap, const std::string& contig1, const std::string& contig2, int threadId) {
     const Len_t most_reads = 1000U * static_cast<Len_t>(gap.gap_length);
     if (gap.greadSum <= most_reads && Length(contig1) >= ContigLen && Length(contig2) >= ContigLen) return true;
-    logFile[threadId] << "Too many reads for the gap.\t" << gap.greadSum << "\t" << gap.gap_length << "\n"
+    LogText(threadId) << "Too many reads for the gap.\t" << gap.greadSum << "\t" << gap.gap_length << "\n"
                       << "Or the edge is too short: " << contig1.size() << "\t" << contig2.size() << "\n";
     return false;
 }
@@ -55,7 +55,7 @@ bool ShortContigInLong(const std::string& tmp_read1, const std::string& tmp_read
 /// @param tmp_read1, tmp_read2  the edges, of equal length; cut anew when they are too short to decide
 Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& contig1, std::string& contig2,
                   int& realgaplen, int threadId) {
-    logFile[threadId] << "One N gap check, " << tmp_read1.size() << "\t" << tmp_read2.size() << "\n";
+    LogText(threadId) << "One N gap check, " << tmp_read1.size() << "\t" << tmp_read2.size() << "\n";
     int over1 = 0;
     int over2 = 0;
     const int check_num = 0;  // reads that were asked; none is
@@ -65,10 +65,10 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
         if (Length(tmp_read1) != setlen) {
             // A whole contig is in its slice, so it lies inside the other one.
             if (contig1.size() >= contig2.size()) {
-                logFile[threadId] << "After edge is included in before edge!\n";
+                LogText(threadId) << "After edge is included in before edge!\n";
                 contig2.clear();
             } else {
-                logFile[threadId] << "Before edge is included in after edge!\n";
+                LogText(threadId) << "Before edge is included in after edge!\n";
                 contig1.clear();
             }
             realgaplen = 0;
@@ -79,7 +79,7 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
         have_over = overlap_ctg_edge(tmp_read1, tmp_read2, over1, over2, containing);
     }
     if (!have_over) return Outcome::kOpen;
-    logFile[threadId] << "MinusOneNGap with check read number: " << check_num << "\n";
+    LogText(threadId) << "MinusOneNGap with check read number: " << check_num << "\n";
     DropEnd(contig1, over1);
     realgaplen = -over1;
     return Outcome::kSettled;
@@ -91,14 +91,14 @@ Outcome CheckOneN(std::string& tmp_read1, std::string& tmp_read2, std::string& c
 /// @param seq  in: gap_length times N; out: the gap's text
 Outcome TreatMinusGap(const std::vector<Read>& reads, const std::map<int, int>& read, std::string& contig1,
                       const std::string& contig2, int& gapsize, int& realgaplen, std::string& seq, int threadId) {
-    logFile[threadId] << "The gap size is minus " << gapsize << "\n";
+    LogText(threadId) << "The gap size is minus " << gapsize << "\n";
     if (-gapsize >= Length(contig1) || -gapsize >= Length(contig2)) {
-        logFile[threadId] << "contig repeat!\n";
+        LogText(threadId) << "contig repeat!\n";
         return Outcome::kSettled;
     }
     const bool long_contigs = Length(contig1) >= 100 && Length(contig2) >= 100;
     if (read.size() > 2 && long_contigs && (MinusCheck(gapsize, reads) || read.size() > 9)) {
-        logFile[threadId] << "Cut the before contig edge!\n";
+        LogText(threadId) << "Cut the before contig edge!\n";
         seq.clear();
         DropEnd(contig1, -gapsize);
         realgaplen = gapsize;
@@ -108,7 +108,7 @@ Outcome TreatMinusGap(const std::vector<Read>& reads, const std::map<int, int>& 
         gapsize = kUnknownSize;
         return Outcome::kOpen;
     }
-    logFile[threadId] << "One edge contig is too short and the same as part of the other!\n";
+    LogText(threadId) << "One edge contig is too short and the same as part of the other!\n";
     return Outcome::kSettled;
 }
 
@@ -123,7 +123,7 @@ void DistrustSize(const std::vector<Read>& reads, const std::map<int, int>& read
     if (gapsize < 0) return;
     TagInfo* tagInfo = nullptr;
     if (!MultiCrossCheck(reads, gapsize, read, tagInfo, threadId)) {
-        logFile[threadId] << "Fail to Pass Cross check, use middle gap assemble\n";
+        LogText(threadId) << "Fail to Pass Cross check, use middle gap assemble\n";
         gapsize = kUnknownSize;
     }
 }
@@ -141,10 +141,10 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
     ReadBlock block;
     GatherReads(gap, tmp_read1, tmp_read2, block);
     std::vector<Read>& reads = block.reads;
-    logFile[threadId] << "Filling small gap using Small gap assemble\t" << gap.greadSum << "\t" << reads.size() << "\t"
+    LogText(threadId) << "Filling small gap using Small gap assemble\t" << gap.greadSum << "\t" << reads.size() << "\t"
                       << gap.gap_length << "\n";
     if (ShortContigInLong(tmp_read1, tmp_read2)) {
-        logFile[threadId] << "short contig is part of long contig, do not treat the gap!\n";
+        LogText(threadId) << "short contig is part of long contig, do not treat the gap!\n";
         return seq;
     }
     if (gap.gap_length == 1) {
@@ -159,7 +159,7 @@ std::string SmallGapAssemble(Gap& gap, std::string& contig1, std::string& contig
     std::map<int, int> read;
     bool AcceptLong = false;
     int gapsize = GetGapLen(reads, read, AcceptLong, threadId);
-    logFile[threadId] << "Get the gap size " << gapsize << "\tsupport read number: " << read.size() << "\n";
+    LogText(threadId) << "Get the gap size " << gapsize << "\tsupport read number: " << read.size() << "\n";
     if (gapsize < 0 && gapsize != kUnknownSize) {
         const Outcome outcome = TreatMinusGap(reads, read, contig1, contig2, gapsize, realgaplen, seq, threadId);
         if (outcome == Outcome::kSettled) return seq;

@@ -6,8 +6,8 @@
 #include <iterator>
 
 #include "align/search.h"
+#include "run/record_text.h"
 #include "run/settings.h"
-#include "run/streams.h"
 #include "strategy/gap_size.h"
 #include "strategy/slice.h"
 
@@ -48,7 +48,7 @@ bool OthersAgree(const std::vector<Read>& reads, int readid, int num, int gapsiz
         if (Length(seq) > gapsize && gapsize > 3) {
             const int places = Places(gap_seq, seq);
             if (places > MinNum) {
-                logFile[threadId] << "Gap sequence may exists more than one copy in the gap region!\n";
+                LogText(threadId) << "Gap sequence may exists more than one copy in the gap region!\n";
                 return false;
             }
             if (places == 1) ++seq_support_num;
@@ -82,7 +82,7 @@ bool MultiCrossCheck(const std::vector<Read>& reads, const int& gapsize, const s
                      TagInfo*& tagInfo, int threadId) {
     for (const auto& [readid, readpos] : read) {
         if (!CrossCheck(reads, gapsize, readid, readpos, tagInfo)) continue;
-        logFile[threadId] << "pass: " << reads[static_cast<std::size_t>(readid)].seq << "\n";
+        LogText(threadId) << "pass: " << reads[static_cast<std::size_t>(readid)].seq << "\n";
         return true;
     }
     return false;
@@ -103,7 +103,7 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
     }
     const std::string n_seq = Ns(gapsize);
     const int MinNum = gapsize > 3 ? Places(gap_seq, before_seq + gap_seq + reads.back().seq) : -1;
-    logFile[threadId] << "Min num: " << MinNum << "\n";
+    LogText(threadId) << "Min num: " << MinNum << "\n";
     if (over1 < min_align || over2 < min_align) {
         gapsize = -1000;
         return n_seq;
@@ -114,13 +114,13 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
     std::string patt2 = Tail(read_seq, over2);
     MakeUnique(patt2, over2, read_seq, Tail);
     int num = static_cast<int>(reads.size());
-    logFile[threadId] << "Checking patt: " << patt1 << "\t" << patt2 << "\tread num: " << num << "\n";
+    LogText(threadId) << "Checking patt: " << patt1 << "\t" << patt2 << "\tread num: " << num << "\n";
     if (1000 * gapsize <= num) num = 100 * gapsize;
     if (!OthersAgree(reads, readid, num, gapsize, gap_seq, MinNum, patt1, over1, patt2, over2, threadId)) {
         gapsize = -1000;
         return n_seq;
     }
-    logFile[threadId] << "The overlap is not part of repeat, supported by more than 2 reads, and not exitst more than "
+    LogText(threadId) << "The overlap is not part of repeat, supported by more than 2 reads, and not exitst more than "
                          "once in one read. so the one read is acceptable.\n";
     return gap_seq;
 }
@@ -132,7 +132,7 @@ std::string TwoReadCross(const std::vector<Read>& reads, int gapsize, const std:
     };
     const std::string tmp1 = GapPart(*read.begin());
     const std::string tmp2 = GapPart(*std::next(read.begin()));
-    logFile[threadId] << "Two reads cross the gap and support same gapsize\n"
+    LogText(threadId) << "Two reads cross the gap and support same gapsize\n"
                       << "choise one(used): " << tmp1 << "\n"
                       << "choise two(unuse) " << tmp2 << "\n";
     int same = 0;
@@ -140,11 +140,11 @@ std::string TwoReadCross(const std::vector<Read>& reads, int gapsize, const std:
         if (tmp1[i] == tmp2[i]) {
             ++same;
         } else {
-            logFile[threadId] << "unsame base: " << i << " " << tmp1[i] << " " << tmp2[i] << "\n";
+            LogText(threadId) << "unsame base: " << i << " " << tmp1[i] << " " << tmp2[i] << "\n";
         }
     }
     const double ratio = gapsize == 0 ? 1.0 : static_cast<double>(same) / gapsize;
-    logFile[threadId] << "the two reads same ratio: " << ratio << "\n";
+    LogText(threadId) << "the two reads same ratio: " << ratio << "\n";
     return tmp1;
 }
 
@@ -153,7 +153,7 @@ std::string AssembleSmallBlock(const std::vector<Read>& reads, int gapsize, cons
     std::string seq = Ns(gapsize);
     const int support = static_cast<int>(read.size());
     if (support < 2 || support > 1000 * gapsize) {
-        logFile[threadId] << "Support reads number should not be less than 2 or more than 1000 times of gap size!\n";
+        LogText(threadId) << "Support reads number should not be less than 2 or more than 1000 times of gap size!\n";
         return seq;
     }
     if (support == 2) return TwoReadCross(reads, gapsize, read, threadId);

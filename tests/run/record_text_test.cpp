@@ -20,7 +20,7 @@ std::string DoubleText(double number) {
 }
 
 template <typename Part>
-std::string StreamText(const Part& part) {
+std::string Streamed(const Part& part) {
     std::ostringstream stream;
     stream << part;
     return stream.str();
@@ -31,12 +31,12 @@ TEST(WriteDouble, LooksAsAStreamPrintsIt) {
     for (int round = 0; round < 100000; ++round) {
         const int of = 1 + static_cast<int>(random() % 300);
         const double number = static_cast<double>(random() % 400) / of;
-        ASSERT_EQ(DoubleText(number), StreamText(number));
-        ASSERT_EQ(DoubleText(-number), StreamText(-number));
+        ASSERT_EQ(DoubleText(number), Streamed(number));
+        ASSERT_EQ(DoubleText(-number), Streamed(-number));
     }
     for (const double number :
          {0.0, -0.0, 1.0, 1e-300, -1.23456789e-300, 1e300, 123456.5, 1234567.0, 0.0001, 0.00001}) {
-        EXPECT_EQ(DoubleText(number), StreamText(number));
+        EXPECT_EQ(DoubleText(number), Streamed(number));
     }
 }
 

@@ -246,6 +246,53 @@ TEST_F(GapFileTest, RandomAndMutatedRecordsReadAsTheStreamReadsThem) {
     }
 }
 
+TEST_F(GapFileTest, RecordsPassedOverAreThoseThatDifferInPositionAndBasesAlone) {
+    Generator generator(5);
+    Len_t passed = 0;
+    for (int round = 0; round < 300; ++round) {
+        std::string text;
+        while (text.size() < 150000) {
+            const std::string gap =
+                ">" + std::to_string(generator.Below(1000)) + "\t" + std::to_string(generator.Below(99));
+            const std::string place = "\t" + std::to_string(generator.Below(9)) + "\t2\n";
+            for (int records = generator.Below(40); records > 0; --records) {
+                text += gap + "\t" + std::to_string(generator.Below(999) - 99) + place;
+                text += generator.Bases(generator.OneIn(20) ? generator.Below(4) : generator.Below(300)) + "\n";
+            }
+            if (generator.OneIn(8)) text += generator.Odd(20);
+        }
+        if (generator.OneIn(3)) text.resize(text.size() - 1 - static_cast<std::size_t>(generator.Below(40)));
+        generator.OneIn(3) ? WriteCompressed(text) : Write(text);
+
+        GapFile file(path_);
+        testing::StreamGapFile plain(path_);
+        GapHeader header;
+        GapHeader wanted;
+        while (file.ReadHeader(header)) {
+            ASSERT_TRUE(plain.ReadHeader(wanted));
+            ASSERT_EQ(file.HeaderLine(), plain.HeaderLine());
+            ASSERT_EQ(header.gap, wanted.gap);
+            ASSERT_EQ(header.position, wanted.position);
+            ASSERT_EQ(file.ReadSequence(), plain.ReadSequence());
+            const std::uint64_t begin = file.Offset();
+            const Len_t count = file.PassRepeated();
+            ASSERT_EQ(count == 0, file.Offset() == begin);
+            for (Len_t i = 0; i < count; ++i) {
+                ASSERT_TRUE(plain.ReadHeader(wanted));
+                ASSERT_TRUE(wanted.marked);
+                ASSERT_EQ(wanted.gap, header.gap);
+                ASSERT_EQ(wanted.length, header.length);
+                ASSERT_EQ(wanted.scaffold, header.scaffold);
+                ASSERT_EQ(wanted.contig, header.contig);
+                ASSERT_GT(plain.ReadSequence().size(), 1U);
+            }
+            passed += count;
+        }
+        ASSERT_FALSE(plain.ReadHeader(wanted));
+    }
+    EXPECT_GT(passed, 50000U);
+}
+
 TEST_F(GapFileTest, DamagedCompressedFilesEndAtTheSamePlace) {
     Generator generator(4);
     for (int round = 0; round < 400; ++round) {

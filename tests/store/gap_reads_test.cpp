@@ -135,6 +135,36 @@ TEST_F(GapReadsTest, ReadsThatAreInTheStoreStayThere) {
     EXPECT_EQ(store.scaffolds[1].gaps[0].reads, reads);
 }
 
+TEST_F(GapReadsTest, ArraysAreLentToOneGapAfterTheOther) {
+    const std::string longest(5000, 'G');
+    Write(">12\t25\t-30\t7\t0\nACGTACGT\n>12\t25\t4\t7\t0\n" + longest +
+          "\n>5\t41\t3\t3\t1\nTTTTGG\n>8\t8\t2\t3\t0\nCC\n");
+    Store store;
+    LoadGapPlaces(gaps_, contigs_, store.scaffolds, store.ids);
+    Gap& two_reads = store.scaffolds[1].gaps[0];
+    Gap& other = store.scaffolds[0].gaps[1];
+    Gap& third = store.scaffolds[0].gaps[0];
+    const std::string* last = nullptr;
+    for (int round = 0; round < 3; ++round) {
+        {
+            const GapReads reads(two_reads);
+            // Those of two gaps at a time stand apart.
+            const GapReads more(other);
+            EXPECT_EQ(two_reads.reads[0], "ACGTACGT");
+            EXPECT_EQ(two_reads.reads[1], longest);
+            EXPECT_EQ(two_reads.position[1], 4);
+            EXPECT_EQ(other.reads[0], "TTTTGG");
+            EXPECT_EQ(other.position[0], 3);
+        }
+        EXPECT_EQ(two_reads.reads, nullptr);
+        const GapReads reads(third);
+        EXPECT_EQ(third.reads[0], "CC");
+        EXPECT_EQ(third.position[0], 2);
+        EXPECT_TRUE(round == 0 || third.reads == last);
+        last = third.reads;
+    }
+}
+
 TEST_F(GapReadsTest, AGapWithoutReadsStaysOne) {
     Write(">12\t25\t-30\t7\t0\nACGT\n");
     Store store;

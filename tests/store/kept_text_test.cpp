@@ -20,6 +20,7 @@ TEST(KeptText, GivesBackAnyPartOfWhatWasAppended) {
         ASSERT_EQ(text.size(), plain.size());
     }
     std::string copy;
+    int stretches = 0;
     for (int round = 0; round < 500; ++round) {
         const std::size_t place = random() % (plain.size() + 10);
         copy.assign(random() % 600000, '?');
@@ -27,7 +28,14 @@ TEST(KeptText, GivesBackAnyPartOfWhatWasAppended) {
         const std::string wanted = place < plain.size() ? plain.substr(place, copy.size()) : "";
         ASSERT_EQ(count, wanted.size());
         ASSERT_EQ(copy.substr(0, count), wanted);
+        const std::size_t size = random() % (round % 2 == 0 ? 600000 : 3000);
+        const char* const stretch = text.Stretch(place, size);
+        if (stretch == nullptr) continue;
+        ASSERT_LE(place + size, plain.size());
+        ASSERT_EQ(std::string(stretch, size), plain.substr(place, size));
+        ++stretches;
     }
+    EXPECT_GT(stretches, 200);
     const KeptText moved = std::move(text);
     EXPECT_EQ(moved.size(), plain.size());
 }
@@ -39,6 +47,7 @@ TEST(KeptText, IsEmptyBehindClear) {
     EXPECT_EQ(text.size(), 0U);
     char base = '?';
     EXPECT_EQ(text.Copy(0, &base, 1), 0U);
+    EXPECT_EQ(text.Stretch(0, 1), nullptr);
     text.Append("G", 1);
     EXPECT_EQ(text.Copy(0, &base, 1), 1U);
     EXPECT_EQ(base, 'G');
