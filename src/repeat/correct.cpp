@@ -49,7 +49,7 @@ bool CorrectFront(const Correction& c, int p) {
     const int rest = TagOf(c.laid.bases.data() + p, TAGL - 1);
     const int from = std::max(c.first, p - (TAGL + 1));
     for (int j = 0; j < 4; ++j) {
-        if (base[j] == old_base || !c.repeat[(j << (2 * (TAGL - 1))) | rest]) continue;
+        if (base[j] == old_base || !c.repeat.Has((j << (2 * (TAGL - 1))) | rest)) continue;
         if (ReplaceLaid(c, base[j], place, from, p)) return true;
     }
     return false;
@@ -63,7 +63,7 @@ bool CorrectBehide(const Correction& c, int p) {
     const int rest = TagOf(c.laid.bases.data() + p, TAGL - 1) << 2;
     const int end = std::min(p + TAGL, c.tags_end);
     for (int j = 0; j < 4; ++j) {
-        if (base[j] == old_base || !c.repeat[rest | j]) continue;
+        if (base[j] == old_base || !c.repeat.Has(rest | j)) continue;
         if (ReplaceLaid(c, base[j], place, p + 1, end)) return true;
     }
     return false;
@@ -75,7 +75,7 @@ int CorrectRead(const Correction& c) {
     bool gotFrontTag = false;  // the tag before this one is no repeat tag
     for (int p = c.first; p < c.tags_end; ++p) {
         const int tag = c.laid.Tag(p);
-        if (c.repeat[tag]) {
+        if (c.repeat.Has(tag)) {
             gotTRTag = true;
             if (gotFrontTag && c.freq[c.laid.Tag(p - 1)] < kRare && CorrectFront(c, p)) ++correctedNum;
             gotFrontTag = false;
@@ -91,13 +91,28 @@ int CorrectRead(const Correction& c) {
     return correctedNum;
 }
 
+/// Whether a rare tag stands right beside a run; without one there is nothing to correct at it.
+bool Suspect(const TagReads& laid, const RepeatRun& run, const int* freq) {
+    if (run.first > laid.First(run.read) && freq[laid.Tag(run.first - 1)] < kRare) return true;
+    return run.end < laid.TagsEnd(run.read) && freq[laid.Tag(run.end)] < kRare;
+}
+
 }  // namespace
 
-int CorrectLaidReads(TagReads& laid, const RepeatTags& repeat, int* freq) {
+int CorrectLaidReads(TagReads& laid, RepeatTags& repeat, int* freq) {
     int correctedNum = 0;
-    for (const int read : laid.holding) {
-        correctedNum += CorrectRead({laid, repeat, freq, laid.First(read), laid.TagsEnd(read)});
+    std::vector<int> corrected;  // reads
+    const int num = static_cast<int>(repeat.runs.size());
+    for (int i = 0; i < num;) {
+        const int read = repeat.runs[i].read;
+        bool suspect = false;
+        for (; i < num && repeat.runs[i].read == read; ++i) suspect = suspect || Suspect(laid, repeat.runs[i], freq);
+        if (!suspect) continue;
+        const int bases = CorrectRead({laid, repeat, freq, laid.First(read), laid.TagsEnd(read)});
+        if (bases > 0) corrected.push_back(read);
+        correctedNum += bases;
     }
+    FindRunsAgain(laid, corrected, repeat);
     return correctedNum;
 }
 
@@ -105,10 +120,11 @@ int CorrectReads(std::vector<std::string>& reads, TagInfo*& tagInfo, int TRLen, 
     TagReads laid;
     for (const std::string& read : reads) laid.Append(read);
     laid.FillTags();
-    const RepeatTags repeat = FindRepeatTags(tagInfo, TRLen);
-    FindHolding(laid, repeat);
+    RepeatTags repeat;
+    AddRepeatTags(tagInfo, TRLen, repeat);
+    FindRuns(laid, repeat);
     const int correctedNum = CorrectLaidReads(laid, repeat, freq);
-    for (const int read : laid.holding) reads[read] = laid.ReadAt(read);
+    for (const RepeatRun& run : repeat.runs) reads[run.read] = laid.ReadAt(run.read);
     return correctedNum;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "repeat/repeat_runs.h"
 #include "repeat/tag_info.h"
 #include "repeat/tag_reads.h"
 
@@ -22,8 +23,8 @@ int CorrectReads(std::vector<std::string>& reads, TagInfo*& tagInfo, int TRLen, 
 
 /// The same on laid-out reads, whose tags follow the corrections.
 ///
-/// @param laid  with FindHolding() done for `repeat`
-int CorrectLaidReads(TagReads& laid, const RepeatTags& repeat, int* freq);
+/// @param repeat  with its runs, which follow the corrections, too
+int CorrectLaidReads(TagReads& laid, RepeatTags& repeat, int* freq);
 
 /// Tries to write `newBase` at the 0-based position `subEndPos` - 1 of a read. The change is refused, with nothing
 /// touched, if one of the tags that start from `startPos` to `endPos` - 1 would be rare after it; otherwise the

@@ -67,6 +67,12 @@ struct Flanks {
             frontTagBit = tag_bit;
         }
     }
+    /// All flank tags from one place up to another. Between the first and the last of them nothing changes.
+    void MeetOthers(const TagReads& laid, int from, int end) {
+        if (from >= end) return;
+        MeetOther(laid.Tag(from));
+        if (end - from > 1) MeetOther(laid.Tag(end - 1));
+    }
 };
 
 bool HasN(const TagReads& laid, int read) {
@@ -76,37 +82,28 @@ bool HasN(const TagReads& laid, int read) {
 
 /// Nothing is reset between reads on purpose: a run or a flank at the end of one read goes on at the start of the next.
 void ScanFlanks(const TagReads& laid, const RepeatTags& repeat, bool any_n, Flanks& flanks) {
-    auto holding = laid.holding.begin();
+    auto run = repeat.runs.begin();
     for (int read = 0; read < laid.num(); ++read) {
-        const bool holds = holding != laid.holding.end() && *holding == read;
-        if (holds) ++holding;
-        const int first = laid.First(read);
+        const auto runs_begin = run;
+        while (run != repeat.runs.end() && run->read == read) ++run;
+        int place = laid.First(read);
         const int end = laid.TagsEnd(read);
-        if (end <= first || (any_n && HasN(laid, read))) continue;
+        if (end <= place || (any_n && HasN(laid, read))) continue;
         flanks.tagBit = laid.Tag(end - 1);
-        if (holds) {
-            for (int p = first; p < end; ++p) {
-                const int tag = laid.Tag(p);
-                if (repeat[tag]) {
-                    flanks.MeetRepeat(tag);
-                } else {
-                    flanks.MeetOther(tag);
-                }
-            }
-        } else {
-            // Of a read that is all flank, only the ends matter.
-            flanks.MeetOther(laid.Tag(first));
-            if (end - first > 1) flanks.MeetOther(laid.Tag(end - 1));
+        for (auto r = runs_begin; r != run; ++r) {
+            flanks.MeetOthers(laid, place, r->first);
+            flanks.MeetRepeat(laid.Tag(r->first));  // those behind it in the run change nothing
+            place = r->end;
         }
+        flanks.MeetOthers(laid, place, end);
     }
 }
 
 /// First word of `TRLen` bases, above 6, all of whose tags are repeat tags; empty if no read without an `N` has one.
 std::string FirstRepeatWord(const TagReads& laid, const RepeatTags& repeat, bool any_n, int TRLen) {
-    for (const int read : laid.holding) {
-        if (any_n && HasN(laid, read)) continue;
-        const int place = FirstRun(laid, read, repeat, TRLen - (TAGL - 1));
-        if (place >= 0) return laid.bases.substr(place, TRLen);
+    for (const RepeatRun& run : repeat.runs) {
+        if (run.end - run.first < TRLen - (TAGL - 1) || (any_n && HasN(laid, run.read))) continue;
+        return laid.bases.substr(static_cast<std::size_t>(run.first), static_cast<std::size_t>(TRLen));
     }
     return "";
 }
@@ -130,8 +127,10 @@ void GetSingleUnit(const TagReads& laid, const RepeatTags& repeat, int TRLen, co
 
     const std::string TRUnit =
         TRLen <= TAGL ? bit2seq(tagBit).substr(0, TRLen) : FirstRepeatWord(laid, repeat, any_n, TRLen);
+    const auto freq_of = [&](int tag) { return freq != nullptr ? freq[tag] : CountTag(laid, tag); };
     // One tag spans 6 / TRLen copies.
-    int TRNum = CopyRatio(freq[tagBit], frontFlag, freq[frontTagBit], behideFlag, freq[behideTagBit]) + TAGL / TRLen;
+    int TRNum =
+        CopyRatio(freq_of(tagBit), frontFlag, freq_of(frontTagBit), behideFlag, freq_of(behideTagBit)) + TAGL / TRLen;
     if (TRLen > TAGL) ++TRNum;
     TRSeq[TRUnit] = TRNum;
 }
@@ -150,8 +149,9 @@ void GetTRInfo(std::map<std::string, int>& TRSeq, int TRLen, TagInfo*& tagInfo, 
     TagReads laid;
     for (const std::string& read : reads) laid.Append(read);
     laid.FillTags();
-    const RepeatTags repeat = FindRepeatTags(tagInfo, TRLen);
-    FindHolding(laid, repeat);
+    RepeatTags repeat;
+    AddRepeatTags(tagInfo, TRLen, repeat);
+    FindRuns(laid, repeat);
     GetSingleUnit(laid, repeat, TRLen, freq, TRSeq);
 }
 

@@ -1,18 +1,20 @@
-// Unit and copy number of a repeat with a single unit, from laid-out reads whose repeat tags are known.
+// Unit and copy number of a repeat with a single unit, from laid-out reads whose runs of repeat tags are known.
 #pragma once
 
 #include <map>
 #include <string>
 
+#include "repeat/repeat_runs.h"
 #include "repeat/tag_reads.h"
 
 namespace lintara {
 
 /// GetTRInfo() on laid-out reads.
 ///
-/// @param laid   with FindHolding() done for `repeat`
-/// @param TRLen  unit length in bases, 1 or more
-/// @param TRSeq  gets one entry at most
+/// @param repeat  with its runs
+/// @param TRLen   unit length in bases, 1 or more
+/// @param freq    tag frequencies; null: those that matter are counted
+/// @param TRSeq   gets one entry at most
 void GetSingleUnit(const TagReads& laid, const RepeatTags& repeat, int TRLen, const int* freq,
                    std::map<std::string, int>& TRSeq);
 

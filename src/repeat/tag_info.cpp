@@ -43,17 +43,22 @@ int IndexOf(const TagInfo& tag, int distance, int from) {
 
 }  // namespace
 
-void AddTimes(TagInfo& tag, int distance, int times, int& hint) {
-    const int k = IndexOf(tag, distance, hint);
-    hint = k + 1;
-    if (k < tag.differentDistanceNum) {
-        tag.timesArr[k] += times;
-        return;
-    }
+void AppendDistance(TagInfo& tag, int distance, int times) {
+    const int k = tag.differentDistanceNum;
     if (k >= tag.room) Grow(tag);
     tag.distancesArr[k] = distance;
     tag.timesArr[k] = times;
     tag.differentDistanceNum = k + 1;
+}
+
+void AddTimesElsewhere(TagInfo& tag, int distance, int times, int& hint) {
+    const int k = IndexOf(tag, distance, hint);
+    hint = k + 1;
+    if (k < tag.differentDistanceNum) {
+        tag.timesArr[k] += times;
+    } else {
+        AppendDistance(tag, distance, times);
+    }
 }
 
 void AddDistance(TagInfo*& tagInfo, std::uint64_t tagBit, int distance) {

@@ -3,22 +3,23 @@
 // worked out once, many at a time, and every later look is one table access.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "repeat/tag.h"
-#include "repeat/tag_info.h"
 
 namespace lintara {
 
 struct TagReads {
+    /// Places that loops over `tags` take at once: there is an entry for each place of a begun stretch. Loops of a
+    /// fixed length need no second loop for what is left.
+    static constexpr int kStretch = 1024;
+
     std::string bases;                ///< all reads, one behind the other
     std::vector<std::uint16_t> tags;  ///< by place in `bases`; those of a read's last 5 places run past its end
     std::vector<int> starts = {0};    ///< first place of each read, and the place behind the last read
-    std::vector<int> holding;         ///< reads with a repeat tag, ascending; see FindHolding()
 
     int num() const { return static_cast<int>(starts.size()) - 1; }
     int First(int read) const { return starts[static_cast<std::size_t>(read)]; }
@@ -33,10 +34,6 @@ struct TagReads {
     /// Works out the tags, once all reads are there.
     void FillTags();
     std::string ReadAt(int read) const;
-
-  private:
-    std::vector<unsigned char> codes_;    // base codes by place
-    std::vector<unsigned char> triples_;  // values of three bases by place
 };
 
 /// Value of the tag whose bases begin at `bases`; the first `num` bases of it only, when told so.
@@ -46,18 +43,12 @@ inline int TagOf(const char* bases, int num = TAGL) {
     return tag;
 }
 
-/// Which tags recur at one unit length, by tag value: 1 for a repeat tag.
-using RepeatTags = std::array<unsigned char, kTagValues>;
-
-/// The repeat tags of a filled table.
-RepeatTags FindRepeatTags(const TagInfo* tagInfo, int TRLen);
-
-/// Notes in `holding` which reads have a repeat tag. Only their bases can be corrected.
-void FindHolding(TagReads& laid, const RepeatTags& repeat);
-
-/// First place in a read from which `num` tags in a row are repeat tags; -1: there is none.
+/// Sets the frequencies to how often each tag stands in the reads.
 ///
-/// @param num  1 or more
-int FirstRun(const TagReads& laid, int read, const RepeatTags& repeat, int num);
+/// @param freq  kTagValues ints or more; those behind stay as they are
+void CountTags(const TagReads& laid, int* freq);
+
+/// How often one tag stands in the reads.
+int CountTag(const TagReads& laid, int tag);
 
 }  // namespace lintara

@@ -5,6 +5,7 @@
 
 #include "align/search.h"
 #include "repeat/correct.h"
+#include "repeat/repeat_runs.h"
 #include "repeat/single_unit.h"
 #include "repeat/tag_reads.h"
 #include "repeat/tag_scan.h"
@@ -70,7 +71,7 @@ bool HasAdjacentCopies(const TagReads& laid, int read, int TRLen) {
     return false;
 }
 
-/// CheckAnotherTRLen() on reads whose repeat tags are known.
+/// CheckAnotherTRLen() on reads whose runs of repeat tags are known; those of a short unit are not looked at.
 bool Confirmed(const TagReads& laid, const RepeatTags& repeat, int TRLen) {
     if (TRLen <= TAGL) {
         for (int read = 0; read < laid.num(); ++read) {
@@ -78,8 +79,8 @@ bool Confirmed(const TagReads& laid, const RepeatTags& repeat, int TRLen) {
         }
         return false;
     }
-    return std::any_of(laid.holding.begin(), laid.holding.end(),
-                       [&](int read) { return FirstRun(laid, read, repeat, TRLen - (TAGL - 1)) >= 0; });
+    return std::any_of(repeat.runs.begin(), repeat.runs.end(),
+                       [TRLen](const RepeatRun& run) { return run.end - run.first >= TRLen - (TAGL - 1); });
 }
 
 void LayOut(const std::vector<std::string>& reads, TagReads& laid) {
@@ -88,7 +89,7 @@ void LayOut(const std::vector<std::string>& reads, TagReads& laid) {
     laid.FillTags();
 }
 
-void CorrectUntilStable(TagReads& laid, const RepeatTags& repeat, int* freq) {
+void CorrectUntilStable(TagReads& laid, RepeatTags& repeat, int* freq) {
     const int limit = 2 * laid.num();
     int correctTime = 0;
     int correctedNum = 1;
@@ -104,6 +105,7 @@ struct Detector {
     TagReads laid;
     TagScan scan;
     DistanceTotals totals;
+    RepeatTags repeat;
 };
 
 thread_local Detector detector;
@@ -121,11 +123,12 @@ void FindSeveralUnits(const TagReads& laid, int TRLen, TagInfo*& tagInfo, int*& 
     logFile[threadId] << "There are " << TRSeq.size() << " TR units of length " << TRLen << ".\n";
 }
 
-/// find_type() on the reads that stand in the detector, which gets the corrections.
-int FindTypeOfLaid(TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& freq, int& isMultiTR, int threadId) {
+/// find_type() on the reads that stand in the detector, which gets the corrections. The frequencies are counted only
+/// when they are needed, unless they were before.
+int FindTypeOfLaid(TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& freq, bool freq_counted, int& isMultiTR,
+                   int threadId) {
     TagReads& laid = detector.laid;
-    std::fill(freq, freq + TAG, 0);
-    ScanTags(laid, false, freq, tagInfo, detector.scan);
+    ScanTags(laid, false, tagInfo, detector.scan);
     logFile[threadId] << "get kmer finished!\n";
 
     isMultiTR = 0;
@@ -135,18 +138,26 @@ int FindTypeOfLaid(TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& f
     for (const int tag : detector.scan.found) totals.Add(tagInfo[tag]);
     int TRLen = 0;
     const int candidate = CandidateOf(totals, TRLen);
+    RepeatTags& repeat = detector.repeat;
+    repeat.Clear();
     if (candidate > 0) {
-        RepeatTags repeat{};
-        for (const int tag : detector.scan.found) repeat[tag] = ExistTRLen(tagInfo[tag], candidate) ? 1 : 0;
-        FindHolding(laid, repeat);
+        for (const int tag : detector.scan.found) {
+            if (ExistTRLen(tagInfo[tag], candidate)) repeat.Add(tag);
+        }
+        FindRuns(laid, repeat);
         if (!Confirmed(laid, repeat, candidate)) return 0;
         TRLen = candidate;
-        if (TRLen > 1) CorrectUntilStable(laid, repeat, freq);
+        if (TRLen > 1) {
+            if (!freq_counted) CountTags(laid, freq);
+            freq_counted = true;
+            CorrectUntilStable(laid, repeat, freq);
+        }
         logFile[threadId] << "There is only a single TR unit.\n";
-        GetSingleUnit(laid, repeat, TRLen, freq, TRSeq);
+        GetSingleUnit(laid, repeat, TRLen, freq_counted ? freq : nullptr, TRSeq);
     } else {
         if (TRLen < 1) return TRLen;
         isMultiTR = 1;
+        if (!freq_counted) CountTags(laid, freq);
         FindSeveralUnits(laid, TRLen, tagInfo, freq, TRSeq, threadId);
     }
     for (const auto& [unit, number] : TRSeq) {
@@ -160,9 +171,11 @@ int FindTypeOfLaid(TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& f
 int find_type(std::vector<std::string>& reads, TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& freq,
               int& isMultiTR, int threadId) {
     LayOut(reads, detector.laid);
-    const int TRLen = FindTypeOfLaid(tagInfo, TRSeq, freq, isMultiTR, threadId);
-    // Only these can have been corrected.
-    for (const int read : detector.laid.holding) reads[read] = detector.laid.ReadAt(read);
+    CountTags(detector.laid, freq);
+    std::fill(freq + kTagValues, freq + TAG, 0);
+    const int TRLen = FindTypeOfLaid(tagInfo, TRSeq, freq, true, isMultiTR, threadId);
+    // Only reads with a repeat tag can have been corrected.
+    for (const RepeatRun& run : detector.repeat.runs) reads[run.read] = detector.laid.ReadAt(run.read);
     return TRLen;
 }
 
@@ -171,7 +184,7 @@ int FindBlockType(const std::vector<Read>& reads, std::size_t first, std::size_t
     detector.laid.Clear();
     for (std::size_t i = first; i < end; ++i) detector.laid.Append(reads[i].seq);
     detector.laid.FillTags();
-    return FindTypeOfLaid(tagInfo, TRSeq, freq, isMultiTR, threadId);
+    return FindTypeOfLaid(tagInfo, TRSeq, freq, false, isMultiTR, threadId);
 }
 
 int IsTandemRepeat(TagInfo*& tagInfo, std::uint64_t total, int& isMultiTR, std::vector<std::string>& reads,
@@ -189,18 +202,18 @@ int CheckAnotherTRLen(std::vector<std::string>& reads, TagInfo*& tagInfo, int TR
     if (TRLen < 1) return 0;
     TagReads laid;
     LayOut(reads, laid);
-    const RepeatTags repeat = FindRepeatTags(tagInfo, TRLen);
-    FindHolding(laid, repeat);
+    RepeatTags repeat;
+    AddRepeatTags(tagInfo, TRLen, repeat);
+    FindRuns(laid, repeat);
     return Confirmed(laid, repeat, TRLen) ? TRLen : 0;
 }
 
 void GetTagInfo(std::vector<Read>& reads, TagInfo*& tagInfo, int threadId) {
-    std::vector<int> freq(TAG, 0);
     TagReads laid;
     for (const Read& read : reads) laid.Append(read.seq);
     laid.FillTags();
     TagScan scan;
-    ScanTags(laid, true, freq.data(), tagInfo, scan);
+    ScanTags(laid, true, tagInfo, scan);
     logFile[threadId] << "load taginfo finished!\n";
 }
 

@@ -30,7 +30,9 @@ int find_type(std::vector<std::string>& reads, TagInfo*& tagInfo, std::map<std::
               int& isMultiTR, int threadId);
 
 /// The same for the reads of a block from index `first` up to `end`, that one excluded. They stay as they are: the
-/// corrections count for the unit and the frequencies alone.
+/// corrections count for the unit alone.
+///
+/// @param freq  kTagValues ints or more, to work with: what they hold in the end is of no use
 int FindBlockType(const std::vector<Read>& reads, std::size_t first, std::size_t end, TagInfo*& tagInfo,
                   std::map<std::string, int>& TRSeq, int*& freq, int& isMultiTR, int threadId);
 
@@ -65,7 +67,7 @@ int GetAppearedTimes(const TagInfo& tag, int TRLen);
 /// Frees the arrays of all TAG records and the table itself; the pointer becomes null. A null table is left alone.
 void FreetagInfo(TagInfo*& tagInfo);
 
-/// The tag scan of find_type() over `Read` records, with tag frequencies of its own. Unlike there, a tag with an `N` is
+/// The tag scan of find_type() over `Read` records, without the tag frequencies. Unlike there, a tag with an `N` is
 /// passed over.
 ///
 /// @param tagInfo  TAG records; fresh ones, unless distances are to add up

@@ -53,28 +53,42 @@ TEST(TagReads, MemoryServesTheNextReads) {
     EXPECT_EQ(laid.Tag(laid.First(1)), kTagValues - 1);
 }
 
-TEST(FindHolding, NamesTheReadsWithARepeatTag) {
-    testing::TagTable table;
-    table.Mark("ACACAC", 2);
-    table.Mark("GGGGGG", 1);
-    const RepeatTags repeat = FindRepeatTags(table.tagInfo, 2);
-    // The second read's end and the third's start make the tag only together.
-    TagReads laid = LaidOut({"TACACACT", "TTTTTTACA", "CACTTTT", "GGGGGG", "", "ACACAC"});
-    FindHolding(laid, repeat);
-    EXPECT_EQ(laid.holding, (std::vector<int>{0, 5}));
+TEST(TagReads, TagsEqualThePlainOnesAcrossStretches) {
+    std::mt19937 random(44);
+    TagReads laid;
+    for (int round = 0; round < 40; ++round) {
+        // Whole stretches, one base more or fewer, and all lengths between; another byte here and there.
+        const int length =
+            1 + round % 3 * TagReads::kStretch + static_cast<int>(random() % (round % 2 == 0 ? 3 : 1000));
+        std::string bases;
+        for (int i = 0; i < length; ++i) bases += "ACGT"[random() % 4];
+        for (int other = round % 4; other > 0; --other) bases[random() % bases.size()] = "NnRacgt-"[random() % 8];
+        laid.Clear();
+        laid.Append("AC");
+        laid.Append(bases);
+        laid.FillTags();
+        ASSERT_EQ(laid.TagsEnd(1) - laid.First(1), TagNum(bases));
+        for (int p = 2; p < laid.TagsEnd(1); ++p) ASSERT_EQ(laid.Tag(p), TagAt(bases, p - 2)) << p;
+    }
 }
 
-TEST(FirstRun, NeedsItsTagsInARow) {
-    testing::TagTable table;
-    table.Mark("ACACAC", 2);
-    table.Mark("CACACA", 2);
-    const RepeatTags repeat = FindRepeatTags(table.tagInfo, 2);
-    const TagReads laid = LaidOut({"GG", "ACACACTACACACAC"});
-    EXPECT_EQ(FirstRun(laid, 1, repeat, 1), 2);
-    EXPECT_EQ(FirstRun(laid, 1, repeat, 2), 9);  // behind the T, place 7 of the read
-    EXPECT_EQ(FirstRun(laid, 1, repeat, 3), 9);
-    EXPECT_EQ(FirstRun(laid, 1, repeat, 4), -1);
-    EXPECT_EQ(FirstRun(laid, 0, repeat, 1), -1);
+TEST(CountTags, CountsTheTagsInsideTheReads) {
+    std::mt19937 random(45);
+    for (int round = 0; round < 50; ++round) {
+        std::vector<std::string> reads(random() % 40);
+        std::vector<int> plain(kTagValues, 0);
+        for (std::string& read : reads) {
+            for (int size = static_cast<int>(random() % 120); size > 0; --size) read += "AACGTN"[random() % 6];
+            for (int p = 0; p < TagNum(read); ++p) ++plain[TagAt(read, p)];
+        }
+        const TagReads laid = LaidOut(reads);
+        std::vector<int> freq(kTagValues + 1, 7);
+        CountTags(laid, freq.data());
+        ASSERT_EQ(freq.back(), 7) << "no value of a tag";
+        freq.pop_back();
+        ASSERT_EQ(freq, plain);
+        for (int tag = 0; tag < kTagValues; ++tag) ASSERT_EQ(CountTag(laid, tag), plain[tag]) << tag;
+    }
 }
 
 TEST(SpareTables, NextGapGetsThemWithoutDistances) {
@@ -109,7 +123,7 @@ TEST(SpareTables, WhatTheDetectorAndOthersFilledIsCleared) {
             for (int i = 0; i < 200; ++i) read += "ACGT"[random() % 2];
             laid.Append(read);
             laid.FillTags();
-            ScanTags(laid, false, freq, tagInfo, scan);
+            ScanTags(laid, false, tagInfo, scan);
         }
         if (round % 3 == 0) AddDistance(tagInfo, random() % 4096, 9);
         if (round % 4 == 0) {
