@@ -38,6 +38,7 @@ struct OpenMatrix::State {
     std::vector<std::uint8_t> met{};        // by read: it needs no second look for the read that is being settled
     std::vector<std::uint64_t> partners{};  // by settled read, a bit for each read: a cell of the two may be above 0
     std::size_t partner_words = 0;          // of one read
+    int anchor = -1;                        // the read whose line was asked for last; the pairs asked for overlap it
 
     /// The rows of num reads, with the cells of the first and the last read 0. The others are written by Release().
     void MakeCells(int num) {
@@ -169,9 +170,42 @@ struct OpenMatrix::State {
         if (settled[one] != 0 || settled[two] != 0) {
             if (rows[one][two] == OPEN_CELL) rows[one][two] = 0;
             if (rows[two][one] == OPEN_CELL) rows[two][one] = 0;
-        } else {
-            Settle(a, b, finder.Overlap(one, two), false);
+            return;
         }
+        Diagonal diagonal;
+        if (GuessSharedKey(one, two, diagonal)) {
+            Settle(one, two, finder.Overlap(one, two, diagonal), true);
+        } else {
+            Settle(one, two, finder.Overlap(one, two), false);
+        }
+    }
+
+    /// Where a read stands by its overlap with the anchor: base 0 of it under this base of the anchor.
+    /// @return whether they overlap
+    bool PlaceAtAnchor(int read, int& place) const {
+        const int right = rows[anchor][read];
+        const int left = rows[read][anchor];
+        if (right != 0 && right != OPEN_CELL) {
+            place = whole.reads[anchor].length - right;
+            return true;
+        }
+        place = left - whole.reads[read].length;
+        return left != 0 && left != OPEN_CELL;
+    }
+
+    /// Whether two reads share a k-mer when they stand to each other as their overlaps with the anchor tell.
+    /// @param diagonal  out: two under one
+    bool GuessSharedKey(int one, int two, Diagonal& diagonal) const {
+        const LaidRead& left = whole.reads[one];
+        const LaidRead& right = whole.reads[two];
+        int place1 = 0;
+        int place2 = 0;
+        if (anchor < 0 || may_be_cut || !samples.Covers(left) || !samples.Covers(right)) return false;
+        if (!PlaceAtAnchor(one, place1) || !PlaceAtAnchor(two, place2)) return false;
+        const int shift = place2 - place1;
+        if (shift >= left.length || -shift >= right.length) return false;
+        LayUnder(left, right, shift, whole.longest, diagonal);
+        return samples.ShareKeyOn(left, right, diagonal);
     }
 };
 
@@ -233,6 +267,7 @@ void OpenMatrix::Release() {
         LayOut(*state.reads, state.type, state.whole.plan, state.cut);
         state.finder.Begin(state.cut, state.method);
     }
+    state.anchor = -1;
     state.samples.Index(state.whole);
     state.settled.assign(state.whole.reads.size(), 0);
     state.partner_words = state.whole.reads.size() / 64 + 1;
@@ -259,8 +294,10 @@ void SettlePair(const std::uint8_t* const* matrix, int a, int b) {
 }  // namespace detail
 
 Partners SettledPartners(const std::uint8_t* const* matrix, int read) {
-    if (open_matrix == nullptr || open_matrix->cells() != matrix || !open_matrix->state_->IsInner(read)) return {};
+    if (open_matrix == nullptr || open_matrix->cells() != matrix) return {};
     OpenMatrix::State& state = *open_matrix->state_;
+    state.anchor = read;
+    if (!state.IsInner(read)) return {};
     state.SettlePartners(read);
     return {state.PartnersOf(read), state.partner_words};
 }

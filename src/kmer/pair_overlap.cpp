@@ -82,11 +82,11 @@ void PairFinder::Begin(const LaidReads& laid, int method) {
 
 namespace {
 
-/// The overlap of n columns that puts column pos1 of one onto column pos2 of two, signed as SignedLength() does it.
-int Signed(int n, const LaidRead& one, int pos1, const LaidRead& two, int pos2) {
-    const int tail1 = one.length - pos1;
-    const int tail2 = two.length - pos2;
-    return (tail2 != tail1 ? tail2 > tail1 : pos1 <= pos2) ? n : -n;
+/// The overlap of n columns that puts base 0 of two onto a base of one, signed as SignedLength() does it.
+int Signed(int n, const LaidRead& one, const LaidRead& two, int shift) {
+    const int end1 = one.length;
+    const int end2 = two.length + shift;
+    return (end2 != end1 ? end2 > end1 : shift <= 0) ? n : -n;
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ FoundOverlap PairFinder::Placed(const LaidRead& one, int pos1, const LaidRead& t
     const int n = std::min(one.length - pos1, two.length - pos2) + before;
     const int equal = CountEqualMasked(one.bases + pos1 - before, two.bases + pos2 - before, n, steps_);
     if (equal < fewest_[n]) return {};
-    return {Signed(n, one, pos1, two, pos2), equal};
+    return {Signed(n, one, two, pos1 - pos2), equal};
 }
 
 /// overlap(one, two).
@@ -169,13 +169,9 @@ FoundOverlap PairFinder::Overlap(int one, int two) const {
 
 void PairFinder::Enter(int read) {
     const LaidRead& laid = laid_->reads[read];
-    const int pattnum = laid_->plan.pattnum;
     entered_ = read;
     places_.Enter(laid.words, laid.length, laid_->plan.pattlen);
-    plain_seeds_ = pattnum <= SOUGHT_WORDS && laid.seeds == pattnum && !laid.odd && !laid.same_seeds;
-    std::uint16_t words[SOUGHT_WORDS];
-    for (int k = 0; k < SOUGHT_WORDS; ++k) words[k] = laid.seed_words[std::min(k, pattnum - 1)];
-    seeds_ = Sought(words);
+    seeds_ = SeedsOf(laid);
 }
 
 FoundOverlap PairFinder::OverlapWithEntered(int other) const {
@@ -189,70 +185,97 @@ FoundOverlap PairFinder::OverlapWithEntered(int other) const {
     return other < entered_ ? Settle(read, entered, in_entered, in_read) : Settle(entered, read, in_read, in_entered);
 }
 
-/// Whether a seed of the entered read or another stands in the other one, and none in any other way than on a diagonal.
-/// May say no where that is so. What is found where can't be predicted, so that there are hardly any branches.
-/// @param shift  base 0 of the other read stands under this base of the entered one
-bool PairFinder::SeedsOnlyOn(int shift, const LaidRead& other) const {
+/// How the seeds of a read stand in another one, of which only words are asked for. What is found where can't be
+/// predicted, so that there are hardly any branches.
+/// @param seeds  those of `from`, made ready
+/// @param shift  base 0 of `in` stands under this base of `from`
+PairFinder::SeedHits PairFinder::SeedsIn(const LaidRead& from, const Sought& seeds, const LaidRead& in,
+                                         int shift) const {
     const int pattlen = laid_->plan.pattlen;
     const int pattnum = laid_->plan.pattnum;
-    if (!plain_seeds_ || other.seeds < pattnum || other.odd) return false;
-    const LaidRead& entered = laid_->reads[entered_];
+    // Whether a place is the leftmost one of its seed is plain only where all seeds are sought, and differ.
+    if (pattnum > SOUGHT_WORDS || from.seeds < pattnum || from.odd || from.same_seeds) return {false, true};
     bool on = false;
-    bool off = false;
-    std::uint64_t expected[Diagonal::WORDS] = {};  // a bit for each place of the other read: a seed stands there
-    for (int k = 0; k < pattnum; ++k) {
-        const unsigned int place = places_.Look(other.seed_words[k]);
-        const bool stands = place == static_cast<unsigned int>(k * pattlen + shift);
-        on |= stands;
-        off |= (place <= LONGEST_TABLED_READ) & !stands;
-    }
+    std::uint64_t expected[Diagonal::WORDS] = {};  // a bit for each place: a seed stands there on the diagonal
     for (int k = 0; k < pattnum; ++k) {
         const auto place = static_cast<unsigned int>(k * pattlen - shift);
-        const bool inside = place < static_cast<unsigned int>(other.length);
+        const bool inside = place < static_cast<unsigned int>(in.length);
         const unsigned int at = place & (0U - static_cast<unsigned int>(inside));  // 0 when it isn't inside
-        const bool stands = inside & (other.words[at] == entered.seed_words[k]);
+        const bool stands = inside & (in.words[at] == from.seed_words[k]);
         expected[at / 64] |= std::uint64_t{stands} << (at % 64);
         on |= stands;
     }
-    const int words = other.length - pattlen + 1;
+    const int words = in.length - pattlen + 1;
     std::uint64_t unexpected = 0;
-    for (int from = 0; from < words; from += LANES) {
-        unexpected |= seeds_.In(other.words + from) & ~(expected[from / 64] >> (from % 64));
+    for (int place = 0; place < words; place += LANES) {
+        unexpected |= seeds.In(in.words + place) & ~(expected[place / 64] >> (place % 64));
     }
-    return on & !off & (unexpected == 0);
+    return {on, unexpected != 0};
 }
 
-/// Whether the first seed of the entered read stands at a place in another read, and nowhere left of it.
-bool PairFinder::StartsFirstAt(int place, const LaidRead& other) const {
-    const std::uint16_t word = laid_->reads[entered_].seed_words[0];
+/// The seeds of a read, made ready to be sought.
+Sought PairFinder::SeedsOf(const LaidRead& read) const {
+    std::uint16_t words[SOUGHT_WORDS];
+    for (int k = 0; k < SOUGHT_WORDS; ++k) words[k] = read.seed_words[std::min(k, laid_->plan.pattnum - 1)];
+    return Sought(words);
+}
+
+/// Whether the first seed of a read stands at a place in another one, and nowhere left of it.
+bool PairFinder::StartsFirstAt(int place, const LaidRead& read, const LaidRead& other) const {
+    const std::uint16_t word = read.seed_words[0];
     return other.words[place] == word && word != NoWord(laid_->plan.pattlen) &&
            FindWord(other, laid_->plan.pattlen, word) == place;
 }
 
 /// Whether the first seed that overlap() finds is one on a diagonal. May say no where that is so.
+/// @param shift   base 0 of `two` stands under this base of `one`
+/// @param seeds   those of one, made ready
+/// @param in_one  the same for the seeds of two in one
+template <typename InOne>
+bool PairFinder::FirstSeedOn(int shift, const LaidRead& one, const Sought& seeds, const LaidRead& two,
+                             InOne in_one) const {
+    if (shift <= 0) return StartsFirstAt(-shift, one, two);
+    const SeedHits hits = SeedsIn(one, seeds, two, shift);
+    return !hits.off && (hits.on || in_one());
+}
+
+/// Whether the first seed of another read that stands in the entered one does so on a diagonal; none stands there: by
+/// the answer of `else_on`.
 /// @param shift  base 0 of the other read stands under this base of the entered one
-bool PairFinder::FirstSeedOn(int shift, int other) const {
-    const LaidRead& read = laid_->reads[other];
-    if (entered_ < other) return shift <= 0 ? StartsFirstAt(-shift, read) : SeedsOnlyOn(shift, read);
-    if (read.odd) return false;
-    for (int k = 0; k < read.seeds; ++k) {
-        const int place = places_.Find(read.seed_words[k]);
+template <typename Else>
+bool PairFinder::FirstSeedInEnteredOn(int shift, const LaidRead& other, Else else_on) const {
+    if (other.odd) return false;
+    for (int k = 0; k < other.seeds; ++k) {
+        const int place = places_.Find(other.seed_words[k]);
         if (place >= 0) return place == k * laid_->plan.pattlen + shift;
     }
-    return shift <= 0 && StartsFirstAt(-shift, read);
+    return else_on();
 }
 
 FoundOverlap PairFinder::OverlapWithEntered(int other, const Diagonal& diagonal) const {
-    if (diagonal.equal < fewest_[diagonal.columns] || !FirstSeedOn(diagonal.shift, other)) {
-        return OverlapWithEntered(other);
-    }
-    const int under = std::max(diagonal.shift, 0);
-    const int above = std::max(-diagonal.shift, 0);
+    if (diagonal.equal < fewest_[diagonal.columns]) return OverlapWithEntered(other);
     const LaidRead& entered = laid_->reads[entered_];
     const LaidRead& read = laid_->reads[other];
-    return {other < entered_ ? Signed(diagonal.columns, read, above, entered, under)
-                             : Signed(diagonal.columns, entered, under, read, above),
-            diagonal.equal};
+    const int shift = diagonal.shift;
+    if (entered_ < other) {
+        const auto in_entered = [&] { return FirstSeedInEnteredOn(shift, read, [] { return false; }); };
+        if (!FirstSeedOn(shift, entered, seeds_, read, in_entered)) return OverlapWithEntered(other);
+        return {Signed(diagonal.columns, entered, read, shift), diagonal.equal};
+    }
+    const auto in_read = [&] { return shift <= 0 && StartsFirstAt(-shift, entered, read); };
+    if (!FirstSeedInEnteredOn(shift, read, in_read)) return OverlapWithEntered(other);
+    return {Signed(diagonal.columns, read, entered, -shift), diagonal.equal};
+}
+
+FoundOverlap PairFinder::Overlap(int one, int two, const Diagonal& diagonal) const {
+    const LaidRead& left = laid_->reads[one];
+    const LaidRead& right = laid_->reads[two];
+    const int shift = diagonal.shift;
+    if (diagonal.equal < fewest_[diagonal.columns] ||
+        !FirstSeedOn(shift, left, SeedsOf(left), right, [&] { return StartsFirstAt(shift, right, left); })) {
+        return Overlap(one, two);
+    }
+    return {Signed(diagonal.columns, left, right, shift), diagonal.equal};
 }
 
 void PairFinder::EnterEdge(const LaidRead& edge) {

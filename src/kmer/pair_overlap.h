@@ -36,6 +36,10 @@ class PairFinder {
     /// overlap(one, two) of two inner reads.
     FoundOverlap Overlap(int one, int two) const;
 
+    /// The same where a diagonal of the two is known, which nearly always decides.
+    /// @param diagonal  two under one
+    FoundOverlap Overlap(int one, int two, const Diagonal& diagonal) const;
+
     /// Takes an inner read as the one that others are compared with.
     void Enter(int read);
 
@@ -61,9 +65,17 @@ class PairFinder {
     template <typename InTwo, typename InOne>
     FoundOverlap Settle(const LaidRead& one, const LaidRead& two, InTwo in_two, InOne in_one) const;
     FoundOverlap Placed(const LaidRead& one, int pos1, const LaidRead& two, int pos2) const;
-    bool SeedsOnlyOn(int shift, const LaidRead& other) const;
-    bool FirstSeedOn(int shift, int other) const;
-    bool StartsFirstAt(int place, const LaidRead& other) const;
+    struct SeedHits {
+        bool on;   ///< one stands on the diagonal
+        bool off;  ///< one stands off it, or that can't be told
+    };
+    SeedHits SeedsIn(const LaidRead& from, const Sought& seeds, const LaidRead& in, int shift) const;
+    Sought SeedsOf(const LaidRead& read) const;
+    bool StartsFirstAt(int place, const LaidRead& read, const LaidRead& other) const;
+    template <typename InOne>
+    bool FirstSeedOn(int shift, const LaidRead& one, const Sought& seeds, const LaidRead& two, InOne in_one) const;
+    template <typename Else>
+    bool FirstSeedInEnteredOn(int shift, const LaidRead& other, Else else_on) const;
     void EnterEdge(const LaidRead& edge);
     void LeaveEdge(const LaidRead& edge);
     int SearchEdge(int k, const LaidRead& read, const LaidRead& edge) const;
@@ -75,9 +87,8 @@ class PairFinder {
     double ratio_ = -1;          // for which fewest_ holds
     std::vector<int> fewest_{};  // [n]: equal columns of n that make an accepted overlap
     int entered_ = -1;
-    bool plain_seeds_ = false;  // of the entered read: no more than are sought at once, all there, words and different
-    FirstPlaces places_{};      // of its words
-    Sought seeds_{};            // its seeds
+    FirstPlaces places_{};            // of its words
+    Sought seeds_{};                  // its seeds
     std::vector<int> edge_places_{};  // by word of one edge at a time: leftmost place + 1, or 0
 };
 

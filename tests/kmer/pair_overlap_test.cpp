@@ -49,6 +49,7 @@ bool ExpectPlainOverlaps(const std::vector<Read>& reads, int method, int type, c
                 Diagonal diagonal;
                 LayUnder(laid.reads[i], laid.reads[j], shift, laid.longest, diagonal);
                 differ += finder.OverlapWithEntered(j, diagonal).length != plain ? 1 : 0;
+                if (one == i) differ += finder.Overlap(one, two, diagonal).length != plain ? 1 : 0;
             }
             if (one == i) differ += finder.Overlap(one, two).length != plain ? 1 : 0;
             if (entered.equal == 0) continue;
