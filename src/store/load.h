@@ -32,9 +32,9 @@ void Loadgapfile(std::string& file1, std::string& file2, Scaf*& scaffolds, std::
 /// Loadgapfile(), but that leaves the reads in the gap file, if they can be fetched from it gap by gap; see GapReads.
 /// All else is as there, messages and ends of the process included, so that every fault of the files shows here.
 ///
-/// They can when the file is a plain one, uncompressed, in which every record has the plain shape and a sequence of two
-/// characters or more, when the records of a gap follow each other, and when every gap has a place in the store that no
-/// other gap has.
+/// They can when the file is a regular one, compressed or not, in which every record has the plain shape and a sequence
+/// of two characters or more, when the records of a gap follow each other, and when every gap has a place in the store
+/// that no other gap has.
 void LoadGapPlaces(std::string& file1, std::string& file2, Scaf*& scaffolds, std::map<int, int>& scafid);
 
 /// Fills contigs and front_gap_lens of all scaffolds. Bases keep their case; a carriage return stays in.

@@ -143,7 +143,9 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
     std::string seq = Assemble(reads, 1, big.threadId);
     if (seq.empty()) {
         const Read last = kept_none ? LastRead(big, range, {}) : reads.back();
-        seq = Ns(-last.pos < Length(last.seq) ? last.pos + Length(last.seq) : 1);
+        // Unsigned, so that the lowest position there is wraps to itself.
+        const int in_front = static_cast<int>(0U - static_cast<unsigned>(last.pos));
+        seq = Ns(in_front < Length(last.seq) ? last.pos + Length(last.seq) : 1);
     }
     return MakeContig(0, seq);
 }

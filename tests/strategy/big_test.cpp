@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "align/edge_align.h"
 #include "solve/block.h"
 #include "strategy/block_gap.h"
@@ -229,6 +231,14 @@ TEST_F(BigGapFirstBlock, WithTheEdgeAndInFrontOfTheGapItLeavesOneN) {
     AddTrue({400});
     EXPECT_EQ(Fill(600), "NN" + GapBases(-49, 91) + Ns(458));
     EXPECT_TRUE(LoggedInOrder({"Treat first block as before block\nthe read number is: 2\n", "Treat block 1\n"}));
+}
+
+TEST_F(BigGapFirstBlock, WithTheEdgeAtTheLowestPositionThereIsItIsEmpty) {
+    SetGapLength(600);
+    Add(RandomBases(100, 9), std::numeric_limits<int>::min());
+    AddTrue({-49, -29, -9});
+    AddTrue({400});
+    EXPECT_EQ(Fill(600), "N" + GapBases(-49, 91) + Ns(459));
 }
 
 // ---- inner blocks --------------------------------------------------------------------------------------------------
