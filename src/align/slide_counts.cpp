@@ -1,7 +1,6 @@
 #include "align/slide_counts.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 

@@ -21,7 +21,7 @@ const int kMostAgreed = 255;
 
 /// One record behind the place of its column and the tab there.
 struct AgreedRecord {
-    char text[30];      ///< holds the numbers of at most kMostAgreed reads and their ratio
+    char text[31];      ///< holds the numbers of at most kMostAgreed reads and their longest ratio, 0.00392157
     std::uint8_t size;  ///< 0: not made yet
     char held;          ///< the voted base
 

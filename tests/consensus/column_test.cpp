@@ -269,11 +269,16 @@ TEST_F(ColumnStreams, ManyReadsThatAgreeWriteWhatSingleColumnsWrite) {
         const Winner winner = MostFrequent(column);
         return Verdict{winner.bases, Marker(winner.bases, seq_base), winner.value, winner.bases};
     };
+    // 1 of 255 has the longest share.
+    const auto longest = [](char seq_base, const Column& column) {
+        return Verdict{seq_base, Marker(seq_base, seq_base), column.read_num > 0 ? 1 : 0, seq_base};
+    };
     const std::string seq = "ACGTTGCAAC";
     CoveredColumn placed("");
     for (const int more : {99, 1, 1, 153, 1, 1, 1, 300}) {
         for (int i = 0; i < more; ++i) placed.Place(seq, 0);
         ExpectSameVotes(seq, 0, 10, placed.Map(), vote);
+        ExpectSameVotes(seq, 0, 10, placed.Map(), longest);
     }
 }
 
