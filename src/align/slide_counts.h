@@ -14,9 +14,8 @@ class SlideCounts {
     /// Lengths that are counted together.
     static const int LENGTHS = 64;
 
-    /// @param read_a, read_b  without N, and with a size that Covers() takes; the last i bases of read_a meet the first
-    /// i
-    ///                        of read_b, or as many as read_b has
+    /// @param read_a, read_b  without N, and with a size that Covers() takes; at length i the last i bases of read_a
+    ///                        meet the first i of read_b, or as many as read_b has
     /// @param from_left       the twin: they meet as many as read_a has, at the right end of the first i of read_b
     SlideCounts(const std::string& read_a, const std::string& read_b, bool from_left);
 
