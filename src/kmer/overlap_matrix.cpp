@@ -53,6 +53,8 @@ void SeedPairs(const Entity& record, std::uint8_t** matrix, std::uint16_t read_n
     for (std::uint64_t i = 0; i + 1 < frequency; ++i) {
         const std::uint16_t front = record.p[i];
         if (front >= read_number) continue;
+        // A read that holds the k-mer again, as in a repeat, adds nothing: those behind it have been marked.
+        if (i > 0 && record.p[i - 1] == front) continue;
         std::uint8_t* row = matrix[front];
         for (std::uint64_t j = i + 1; j < frequency; ++j) {
             const std::uint16_t after = record.p[j];

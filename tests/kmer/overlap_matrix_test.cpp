@@ -320,6 +320,22 @@ TEST_F(OverlapMatrixTest, EntriesOutsideTheBlockOrTheListSeedNothing) {
     free_hash(hash);
 }
 
+TEST_F(OverlapMatrixTest, ReadThatHoldsTheKmerAgainSeedsTheSamePairs) {
+    HashSet* hash = init_hashset(3, 0.75F);
+    Entity entity{};
+    entity.kmer_fre = 1;
+    for (std::uint16_t read : {0, 0, 0, 2, 2, 3}) add_hashset(hash, &entity, read);
+    std::uint8_t** matrix = hash2matrix(hash, 4);
+    EXPECT_EQ(Cells({{0, 0, 1, 1}, {0, 0, 0, 0}, {0, 0, 0, 1}, {0, 0, 0, 0}}), CellsOf(matrix, 4));
+    free_matrix(matrix, 4);
+    // Behind a smaller number, too.
+    for (std::uint16_t read : {1, 1, 0}) add_hashset(hash, &entity, read);
+    matrix = hash2matrix(hash, 4);
+    EXPECT_EQ(Cells({{0, 1, 1, 1}, {1, 0, 0, 0}, {1, 1, 0, 1}, {1, 1, 0, 0}}), CellsOf(matrix, 4));
+    free_matrix(matrix, 4);
+    free_hash(hash);
+}
+
 TEST_F(OverlapMatrixTest, DeletedRecordsSeedAllTheSame) {
     HashSet* hash = init_hashset(3, 0.75F);
     Entity entity{};
