@@ -15,6 +15,10 @@ const std::int64_t MOST_OCCURRENCES = 65535;       // of one k-mer that the tabl
 const std::uint32_t AT_ONCE = 4;                   // entries that are always copied
 const int NO_SHIFT = 1 << 20;
 
+// Of sampled words that closer ones are worth no look: reads share so many of them by chance that it takes less to
+// compare all reads.
+const int LEAST_DISTANCE = 6;
+
 unsigned int KeyWidth() {
     return LEN_TO_BITLEN * static_cast<unsigned int>(Kmer);
 }
@@ -200,8 +204,8 @@ void SampledWords::Index(const LaidReads& laid) {
     strange_.clear();
     last_shift_.resize(laid.reads.size());
     const int distance = SampleDistance(pattlen_);
-    whole_words_ = distance >= 1;
-    if (!whole_words_) return;
+    sparse_ = distance >= LEAST_DISTANCE;
+    if (!sparse_) return;
     for (int i = laid.start; i < laid.end; ++i) {
         const LaidRead& read = laid.reads[i];
         if (read.strange) {

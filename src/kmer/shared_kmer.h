@@ -40,10 +40,10 @@ class SampledWords {
     void Index(const LaidReads& laid);
 
     /// Whether EachLead() can tell who shares a key with a read, the strange() ones aside: not for a read with a byte
-    /// that is no base, and for none when a k-mer is shorter than a word.
-    bool Covers(const LaidRead& read) const { return whole_words_ && !read.strange; }
+    /// that is no base, and for none when a k-mer is hardly longer than a word.
+    bool Covers(const LaidRead& read) const { return sparse_ && !read.strange; }
 
-    /// The inner reads with a byte that is no base, when k-mers are no shorter than a word.
+    /// The inner reads with a byte that is no base, where there are others that Covers() takes.
     const std::vector<int>& strange() const { return strange_; }
 
     /// Calls meet(other, shift) for inner reads that share a sampled word with a read, where base 0 of the other then
@@ -105,7 +105,7 @@ class SampledWords {
     int pattlen_ = 0;
     int key_bases_ = 0;                     // that are equal in all that share a key
     int sure_stretch_ = 0;                  // equal bases that are sure to hold one
-    bool whole_words_ = false;              // a k-mer is no shorter than a word
+    bool sparse_ = false;                   // sampled words are few enough to be of use
     std::vector<std::uint16_t> sampled_{};  // words of all entries, in the order of reads and places
     std::vector<Slot> slots_{};             // by word
     std::vector<Entry> entries_{};          // those of a word together
