@@ -244,6 +244,7 @@ TEST_F(EndToEnd, WithoutATerminalEachStageIsALine) {
 
 TEST_F(EndToEnd, OnATerminalStagesHaveABar) {
     if (!Installed("script")) GTEST_SKIP() << "script is not installed";
+    if (Shell("script -qec true /dev/null >" + Path("none")) != 0) GTEST_SKIP() << "there are no pseudo-terminals";
     std::string words = std::string(LINTARA_KIT_BINARY) + " " + FillWords("a", "--rounds 1");
     ASSERT_EQ(Shell("script -qec '" + words + "' /dev/null >" + Path("out")), 0) << Get("out");
     std::string shown = Get("out");
