@@ -29,6 +29,14 @@ class OpenMatrixTest : public testing::ThreadStreamsTest {};
 int Ask(std::mt19937& random, std::uint8_t** matrix, int num, int i, int j) {
     int found = 0;  // the cell, as one of those above 0 in its line
     int before = -1;
+    const auto look_for = [&](int wanted) {
+        return [&found, &before, wanted](int other, int cell) {
+            EXPECT_LT(before, other);
+            EXPECT_GT(cell, 0);
+            before = other;
+            if (other == wanted) found = cell;
+        };
+    };
     switch (random() % 8) {
         case 0:
             SettleRow(matrix, i);
@@ -40,20 +48,10 @@ int Ask(std::mt19937& random, std::uint8_t** matrix, int num, int i, int j) {
             if (random() % 50 == 0) SettleAll(matrix, num);
             return Cell(matrix, i, j);
         case 3:
-            EachInRow(matrix, i, num, [&](int other, int cell) {
-                EXPECT_LT(before, other);
-                EXPECT_GT(cell, 0);
-                before = other;
-                if (other == j) found = cell;
-            });
+            EachInRow(matrix, i, num, look_for(j));
             return found;
         case 4:
-            EachInColumn(matrix, j, num, [&](int other, int cell) {
-                EXPECT_LT(before, other);
-                EXPECT_GT(cell, 0);
-                before = other;
-                if (other == i) found = cell;
-            });
+            EachInColumn(matrix, j, num, look_for(i));
             return found;
         default:
             return Cell(matrix, i, j);
