@@ -164,6 +164,15 @@ std::string ReadWhole(const std::string& path) {
     return text.str();
 }
 
+std::string FirstBytes(const std::string& path, size_t most) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw Error(fmt::format("cannot read {}: {}", path, std::strerror(errno)));
+    std::string bytes(most, '\0');
+    in.read(bytes.data(), static_cast<std::streamsize>(most));
+    bytes.resize(static_cast<size_t>(in.gcount()));
+    return bytes;
+}
+
 std::string LastLines(const std::string& path, int lines) {
     std::ifstream in(path);
     std::vector<std::string> kept;

@@ -72,6 +72,9 @@ long EstimateReads(const std::string& path);
 /// Whole content of a plain file. Throws Error when it cannot be read.
 std::string ReadWhole(const std::string& path);
 
+/// The first bytes of a file as they stand in it, or all of one that has fewer. Throws Error when it cannot be read.
+std::string FirstBytes(const std::string& path, size_t most);
+
 /// Last lines of a text file (at most `lines`, without empty ones), joined by "; ". Empty when there are none.
 std::string LastLines(const std::string& path, int lines);
 

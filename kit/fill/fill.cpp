@@ -11,6 +11,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <string_view>
 
 #include "kit/assign/mapping.h"
 #include "kit/assign/prepare.h"
@@ -45,18 +46,45 @@ double OwnCpu() {
     return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
 }
 
-/// FNV-1a over names and bases: tells whether a run goes on with the scaffolds that it began with.
-std::string Fingerprint(const std::vector<FastaRecord>& records) {
-    uint64_t hash = 1469598103934665603ULL;
-    auto add = [&](const std::string& text) {
-        for (unsigned char letter : text) hash = (hash ^ letter) * 1099511628211ULL;
-        hash = (hash ^ 0xFFU) * 1099511628211ULL;
-    };
-    for (const FastaRecord& record : records) {
-        add(record.name);
-        add(record.sequence);
+/// FNV-1a over texts, each with its end.
+class Hash {
+  public:
+    void Add(std::string_view text) {
+        for (unsigned char letter : text) Take(letter);
+        Take(0xFF);
     }
-    return fmt::format("{:016x}", hash);
+    std::string Text() const { return fmt::format("{:016x}", value_); }
+
+  private:
+    void Take(unsigned char byte) { value_ = (value_ ^ byte) * 1099511628211ULL; }
+
+    uint64_t value_ = 1469598103934665603ULL;
+};
+
+/// Of names and bases: tells whether a run goes on with the scaffolds that it began with.
+std::string Fingerprint(const std::vector<FastaRecord>& records) {
+    Hash hash;
+    for (const FastaRecord& record : records) {
+        hash.Add(record.name);
+        hash.Add(record.sequence);
+    }
+    return hash.Text();
+}
+
+/// Of the sizes and first bytes of the files with the reads, by library: tells whether a run goes on with the reads
+/// that it began with. Their names don't count, so that they may have been moved meanwhile.
+std::string ReadsFingerprint(const FillOptions& options) {
+    constexpr size_t kFirstBytes = 1 << 16;
+    Hash hash;
+    for (const std::vector<std::string>* files : {&options.reads1, &options.reads2, &options.bams}) {
+        hash.Add(fmt::format("{} files", files->size()));
+        for (const std::string& file : *files) {
+            std::error_code fault;
+            hash.Add(std::to_string(fs::file_size(file, fault)));
+            hash.Add(FirstBytes(file, kFirstBytes));
+        }
+    }
+    return hash.Text();
 }
 
 class Filler {
@@ -97,6 +125,7 @@ class Filler {
         CheckReadFiles(options_.reads1, options_.reads2);
         // A mapping is read twice too.
         CheckReadFiles(options_.bams, {});
+        reads_fingerprint_ = ReadsFingerprint(options_);
         core_ = FindProgram(options_.core);
         if (core_.empty()) throw Error(NotFound(options_.core, "; --core takes its path"));
         if (!options_.bams.empty()) return;
@@ -157,6 +186,9 @@ class Filler {
             if (saved.at("scaffolds_fingerprint") != Fingerprint(records_) || saved.at("min_gap") != options_.minGap) {
                 throw Error(fmt::format("{} was begun with other scaffolds or another --min-gap", options_.out));
             }
+            if (saved.at("reads_fingerprint") != reads_fingerprint_) {
+                throw Error(fmt::format("{} was begun with other reads", options_.out));
+            }
             state_ = StateFromJson(saved.at("state"));
             rounds_ = saved.at("rounds");
             commands_ = saved.at("commands").get<std::vector<std::string>>();
@@ -172,6 +204,7 @@ class Filler {
     void SaveState() {
         AtomicFile file(work_ + "/state.json");
         json saved = {{"scaffolds_fingerprint", Fingerprint(records_)},
+                      {"reads_fingerprint", reads_fingerprint_},
                       {"min_gap", options_.minGap},
                       {"state", StateToJson(state_)},
                       {"rounds", rounds_},
@@ -557,6 +590,7 @@ class Filler {
     Mapper mapper_;
     std::vector<MappingSummary> libraries_;  ///< of the present round's mapping
     std::vector<FastaRecord> records_;
+    std::string reads_fingerprint_;
     State state_;
     json rounds_ = json::array();
     std::vector<std::string> commands_;

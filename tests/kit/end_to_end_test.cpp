@@ -302,6 +302,25 @@ TEST_F(EndToEnd, ResumeNeedsTheSameScaffolds) {
     EXPECT_TRUE(Err().starts_with("lintara-kit: " + Path("a/work/state.json") + " cannot be used: ")) << Err();
 }
 
+TEST_F(EndToEnd, ResumeNeedsTheSameReadsUnderWhateverName) {
+    ASSERT_EQ(Fill("a", "--rounds 1 --keep"), 0);
+    const std::string reads = Get("1.fq");
+    Put("1.fq", reads.substr(0, reads.size() / 2));
+    EXPECT_EQ(Fill("a", "--resume"), 1);
+    EXPECT_EQ(Err(), "lintara-kit: " + Path("a") + " was begun with other reads\n");
+    // As many bytes, but others.
+    std::string other = reads;
+    other[other.find('\n') + 1] ^= 'A' ^ 'C';
+    Put("1.fq", other);
+    EXPECT_EQ(Fill("a", "--resume"), 1);
+    EXPECT_EQ(Err(), "lintara-kit: " + Path("a") + " was begun with other reads\n");
+    Put("moved.fq", reads);
+    EXPECT_EQ(Kit("fill -s " + Path("scaffolds.fa") + " -1 " + Path("moved.fq") + " -2 " + Path("2.fq") + " -o " +
+                  Path("a") + " --rounds 1 --resume"),
+              0)
+        << Err();
+}
+
 TEST_F(EndToEnd, OptionsThatContradictAreTold) {
     std::string words = "fill -s " + Path("scaffolds.fa") + " -o " + Path("a");
     std::string reads = " -1 " + Path("1.fq") + " -2 " + Path("2.fq");
