@@ -1,10 +1,12 @@
 // Pieces of sequences with int lengths, as the walks' consensus, the joins and the solvers reckon them. Lengths are
-// compared and subtracted as ints and may go negative on the way; every cut is then clamped to what the sequence holds,
-// and nothing is ever thrown.
+// compared and subtracted as ints and may go negative on the way; every cut is then clamped to what the sequence holds.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <new>
 #include <string>
 
 namespace lintara {
@@ -42,9 +44,11 @@ inline void DropEnd(std::string& seq, int count) {
     seq.resize(static_cast<std::size_t>(Length(seq) - std::clamp(count, 0, Length(seq))));
 }
 
-/// A run of N; empty for a negative count.
-inline std::string Ns(int count) {
-    return std::string(static_cast<std::size_t>(std::max(count, 0)), 'N');
+/// A run of N; empty for a negative count. Sequences have places of type int, so that more than that is too much for
+/// the memory.
+inline std::string Ns(std::int64_t count) {
+    if (count > std::numeric_limits<int>::max()) throw std::bad_alloc();
+    return std::string(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), 'N');
 }
 
 }  // namespace lintara

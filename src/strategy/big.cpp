@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <vector>
 
@@ -32,7 +33,7 @@ struct BigGap {
 
     int Position(int read) const { return gap.position[read]; }
     int ReadLength(int read) const { return Length(gap.reads[read]); }
-    int EndOfRead(int read) const { return Position(read) + ReadLength(read); }
+    std::int64_t EndOfRead(int read) const { return std::int64_t{Position(read)} + ReadLength(read); }
     bool ReachesBeforeEdge() const { return Position(0) < 0; }
     bool ReachesAfterEdge() const { return EndOfRead(reads() - 1) > gap_length(); }
 
@@ -67,6 +68,11 @@ void Gather(const BigGap& big, BlockRange range, Screening screening, ReadBlock&
     }
 }
 
+/// Place behind a read. Positions are compared in 64 bits, since a gap file may give a read any int as its position.
+std::int64_t End(const Read& read) {
+    return std::int64_t{read.pos} + Length(read.seq);
+}
+
 /// First and last read of a block: those that were kept or, where none was, those of the block in the gap.
 Read FirstRead(const BigGap& big, BlockRange range, const std::vector<Read>& kept) {
     return kept.empty() ? Read(big.gap.reads[range.first], big.Position(range.first)) : kept.front();
@@ -79,7 +85,7 @@ Read LastRead(const BigGap& big, BlockRange range, const std::vector<Read>& kept
 std::vector<BlockRange> FindBlocks(const BigGap& big) {
     std::vector<BlockRange> blocks = {{0, big.reads()}};
     for (int j = 1; j < big.reads(); ++j) {
-        if (big.Position(j) - big.Position(j - 1) <= big.ReadLength(j - 1)) continue;
+        if (big.Position(j) <= big.EndOfRead(j - 1)) continue;
         blocks.back().end = j;
         blocks.push_back({j, big.reads()});
     }
@@ -126,7 +132,7 @@ ContigInfo FirstAsMiddleBlock(const BigGap& big, BlockRange range) {
         }
     } else if (seq.empty()) {
         const Read last = LastRead(big, range, reads);
-        seq = Ns(last.pos + Length(last.seq));
+        seq = Ns(End(last));
     }
     return MakeContig(startPos, seq);
 }
@@ -143,9 +149,7 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
     std::string seq = Assemble(reads, 1, big.threadId);
     if (seq.empty()) {
         const Read last = kept_none ? LastRead(big, range, {}) : reads.back();
-        // Unsigned, so that the lowest position there is wraps to itself.
-        const int in_front = static_cast<int>(0U - static_cast<unsigned>(last.pos));
-        seq = Ns(in_front < Length(last.seq) ? last.pos + Length(last.seq) : 1);
+        seq = Ns(End(last) > 0 ? End(last) : 1);
     }
     return MakeContig(0, seq);
 }
@@ -159,7 +163,7 @@ ContigInfo InnerBlock(const BigGap& big, BlockRange range, int index) {
     std::string seq = AssembleMiddle(big, reads);
     if (seq.empty()) {
         const Read last = LastRead(big, range, reads);
-        seq = Ns(last.pos - startPos + Length(last.seq));
+        seq = Ns(End(last) - startPos);
     }
     return MakeContig(startPos, seq);
 }
@@ -171,7 +175,7 @@ ContigInfo LastAsMiddleBlock(const BigGap& big, BlockRange range, std::vector<Re
     const std::string head = big.AfterHead(Length(seq));
     if (Length(seq) > 5 && Length(head) > 5) {
         const int pos = align_connect(seq, head, kLeastMatch);
-        const int room = big.gap_length() - startPos - Length(seq);
+        const std::int64_t room = std::int64_t{big.gap_length()} - startPos - Length(seq);
         if (pos >= 0) {
             DropEnd(seq, pos + kLeastMatch);
             startPos = big.gap_length() - Length(seq);
@@ -182,7 +186,7 @@ ContigInfo LastAsMiddleBlock(const BigGap& big, BlockRange range, std::vector<Re
             seq = FirstBases(seq, kLeastMatch - pos) + Ns(kLeastMatch - pos);
         }
     } else {
-        seq = Ns(big.gap_length() - startPos);
+        seq = Ns(std::int64_t{big.gap_length()} - startPos);
     }
     big.log() << "last position: " << startPos << " last seqsize: " << seq.size() << "\n";
     return MakeContig(startPos, seq);
@@ -196,7 +200,7 @@ ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, ReadBlock& bloc
     ToUp(edge);
     block.Add(edge, big.gap_length());
     std::string seq = Assemble(reads, 2, big.threadId);
-    if (seq.empty()) return MakeContig(first_pos, Ns(big.gap_length() - first_pos));
+    if (seq.empty()) return MakeContig(first_pos, Ns(std::int64_t{big.gap_length()} - first_pos));
     return MakeContig(big.gap_length() - Length(seq), seq);
 }
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <limits>
+#include <new>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -14,6 +16,9 @@
 namespace lintara {
 
 namespace {
+
+// Bases of a sequence the places of which are ints.
+constexpr std::int64_t kLongest = std::numeric_limits<int>::max();
 
 // 16 bytes at once; a lane of a comparison is all ones where it holds.
 using Lanes = std::uint8_t __attribute__((vector_size(16)));
@@ -172,11 +177,13 @@ int GetOverlapLen(const std::string& sequence1, const std::string& sequence2, in
 void GetContigSeqInGap(std::string& contigSeqInGap, ContigInfo*& contigsInfo, int contigSum) {
     for (int i = 0; i < contigSum; ++i) {
         const std::string& contig = contigsInfo[i].contigSeq;
-        const int distance = contigsInfo[i].startPos - static_cast<int>(contigSeqInGap.size());
-        if (distance >= 0) {
-            contigSeqInGap += Ns(distance) + contig;
+        const std::int64_t exact = contigsInfo[i].startPos - static_cast<std::int64_t>(contigSeqInGap.size());
+        if (exact >= 0) {
+            contigSeqInGap += Ns(exact) + contig;
             continue;
         }
+        // No overlap is longer than a sequence, so that a cut at its limit changes nothing.
+        const int distance = static_cast<int>(std::max(exact, -kLongest + DELTA));
         const int over = -distance < OVERLAPLENCUTOFF ? -1 : GetOverlapLen(contigSeqInGap, contig, distance);
         if (over <= 0) {
             contigSeqInGap += 'N' + contig;
@@ -185,6 +192,7 @@ void GetContigSeqInGap(std::string& contigSeqInGap, ContigInfo*& contigsInfo, in
         }
         // An overlap longer than the contig: all of it is there already.
     }
+    if (static_cast<std::int64_t>(contigSeqInGap.size()) > kLongest) throw std::bad_alloc();
 }
 
 void set_tmp_read(std::string& tmp1, std::string& tmp2, const std::string& contig1, const std::string& contig2,

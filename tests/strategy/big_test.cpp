@@ -233,12 +233,21 @@ TEST_F(BigGapFirstBlock, WithTheEdgeAndInFrontOfTheGapItLeavesOneN) {
     EXPECT_TRUE(LoggedInOrder({"Treat first block as before block\nthe read number is: 2\n", "Treat block 1\n"}));
 }
 
-TEST_F(BigGapFirstBlock, WithTheEdgeAtTheLowestPositionThereIsItIsEmpty) {
+TEST_F(BigGapFirstBlock, WithTheEdgeAtTheLowestPositionThereIsItLeavesOneN) {
     SetGapLength(600);
     Add(RandomBases(100, 9), std::numeric_limits<int>::min());
     AddTrue({-49, -29, -9});
     AddTrue({400});
-    EXPECT_EQ(Fill(600), "N" + GapBases(-49, 91) + Ns(459));
+    EXPECT_EQ(Fill(600), "NN" + GapBases(-49, 91) + Ns(458));
+}
+
+TEST_F(BigGapFirstBlock, ReadsAtTheLowestAndTheHighestPositionDontTouch) {
+    SetGapLength(600);
+    Add(RandomBases(100, 9), std::numeric_limits<int>::min());
+    Add(RandomBases(100, 10), std::numeric_limits<int>::max());
+    EXPECT_EQ(Fill(600), Ns(600));
+    EXPECT_TRUE(LoggedInOrder({"block number of the gap ", "\t2\n", "Treat first block as before block\n",
+                               "Treat last block\t1\nTreat last as after block\n"}));
 }
 
 // ---- inner blocks --------------------------------------------------------------------------------------------------
