@@ -73,7 +73,8 @@ std::int64_t End(const Read& read) {
     return std::int64_t{read.pos} + Length(read.seq);
 }
 
-/// First and last read of a block: those that were kept or, where none was, those of the block in the gap.
+/// First and last read of a block without an edge: those that were kept or, where none was, those of the block in the
+/// gap.
 Read FirstRead(const BigGap& big, BlockRange range, const std::vector<Read>& kept) {
     return kept.empty() ? Read(big.gap.reads[range.first], big.Position(range.first)) : kept.front();
 }
@@ -145,12 +146,9 @@ ContigInfo FirstAsBeforeBlock(const BigGap& big, BlockRange range) {
     block.Add(edge, -Length(edge));
     Gather(big, range, Screening::kBasesAndLength, block);
     std::vector<Read>& reads = block.reads;
-    const bool kept_none = reads.size() == 1;
     std::string seq = Assemble(reads, 1, big.threadId);
-    if (seq.empty()) {
-        const Read last = kept_none ? LastRead(big, range, {}) : reads.back();
-        seq = Ns(End(last) > 0 ? End(last) : 1);
-    }
+    // The edge is a read of the block too, and the only one where none is kept; it ends in front of the gap.
+    if (seq.empty()) seq = Ns(End(reads.back()) > 0 ? End(reads.back()) : 1);
     return MakeContig(0, seq);
 }
 
@@ -192,15 +190,18 @@ ContigInfo LastAsMiddleBlock(const BigGap& big, BlockRange range, std::vector<Re
     return MakeContig(startPos, seq);
 }
 
-ContigInfo LastAsAfterBlock(const BigGap& big, BlockRange range, ReadBlock& block) {
+ContigInfo LastAsAfterBlock(const BigGap& big, ReadBlock& block) {
     std::vector<Read>& reads = block.reads;
     big.log() << "Treat last as after block\n";
-    const int first_pos = std::min(FirstRead(big, range, reads).pos, big.gap_length());
     std::string edge = big.AfterHead(big.ReadLength(0));
     ToUp(edge);
     block.Add(edge, big.gap_length());
     std::string seq = Assemble(reads, 2, big.threadId);
-    if (seq.empty()) return MakeContig(first_pos, Ns(std::int64_t{big.gap_length()} - first_pos));
+    if (seq.empty()) {
+        // The edge is a read of the block too, and the first one where none is kept.
+        const int startPos = std::min(reads.front().pos, big.gap_length());
+        return MakeContig(startPos, Ns(std::int64_t{big.gap_length()} - startPos));
+    }
     return MakeContig(big.gap_length() - Length(seq), seq);
 }
 
@@ -209,7 +210,7 @@ ContigInfo LastBlock(const BigGap& big, BlockRange range, int index) {
     big.log() << "Treat last block\t" << index << "\n";
     ReadBlock block;
     Gather(big, range, Screening::kNoN, block);
-    return big.ReachesAfterEdge() ? LastAsAfterBlock(big, range, block) : LastAsMiddleBlock(big, range, block.reads);
+    return big.ReachesAfterEdge() ? LastAsAfterBlock(big, block) : LastAsMiddleBlock(big, range, block.reads);
 }
 
 /// Treats a gap whose reads touch each other all the way, as one block.

@@ -223,6 +223,17 @@ TEST_F(BigGapFirstBlock, WithTheEdgeAndNoReadKept) {
                                "Treat the before block of the large gap\n", "Treat block 1\n"}));
 }
 
+TEST_F(BigGapFirstBlock, WithTheEdgeAndNoReadKeptItLeavesOneN) {
+    // The last block is longer than its places tell and begins 70 bases behind the edge. 80 N up to the end of the read
+    // that was not kept would stand in its way.
+    SetGapLength(600);
+    Add("N" + GapBases(-19, 80), -20);
+    for (int start = 50; start <= 550; start += 20) Add(GapBases(start, start + 100), std::max(start, 83 + start / 50));
+    EXPECT_EQ(Fill(600), Ns(70) + GapBases(70, 600));
+    EXPECT_TRUE(
+        LoggedInOrder({"Treat first block as before block\nthe read number is: 1\n", "Treat last as after block\n"}));
+}
+
 TEST_F(BigGapFirstBlock, WithTheEdgeAndInFrontOfTheGapItLeavesOneN) {
     // Its read ends 50 bases in front of the gap, and the next block begins there too and collides with the N.
     SetGapLength(600);
@@ -411,6 +422,16 @@ TEST_F(BigGapLastBlock, BeyondTheGapAndNoReadKept) {
     EXPECT_EQ(Fill(600), GapBases(0, 100) + Ns(500));
     EXPECT_TRUE(LoggedInOrder(
         {"Treat last as after block\nthe read number is: 1\n", "Treat the after block of the large gap\n"}));
+}
+
+TEST_F(BigGapLastBlock, BeyondTheGapAndNoReadKeptItBeginsAtTheGapsEnd) {
+    // The first block's text reaches 40 bases beyond the place of the first read that was not kept, which is no
+    // collision.
+    SetGapLength(600);
+    for (int i = 0; i < 16; ++i) Add(GapBases(20 * i - 60, 20 * i + 40), i - 60);
+    for (const int start : {300, 400, 500, 550}) Add("N" + GapBases(start + 1, start + 100), start);
+    EXPECT_EQ(Fill(600), GapBases(0, 340) + Ns(260));
+    EXPECT_TRUE(LoggedInOrder({"Treat last as after block\nthe read number is: 1\n"}));
 }
 
 }  // namespace
