@@ -319,7 +319,7 @@ Answer AfterClear(Expansions& e, int over) {
     }
     if (e.seq.empty() || Length(e.seq) > 0.7 * e.gapsize || e.before.empty()) return e.seq;
     if (!Trusted(e, edge_part)) {
-        e.Log() << "Overlap between after and before edge is unsure, cut overlap region\n";
+        e.Log() << "Overlap between before and after edge is unsure, cut overlap region\n";
         e.after = e.seq;
         return std::nullopt;
     }

@@ -244,7 +244,7 @@ bool clean_accept(std::vector<int>& accept, const std::vector<Read>& reads, std:
         return ratio == 1.0;
     });
     LogText(threadId) << "Accept left ratio: " << RatioOf{Size(accept), num}
-                      << "	accept left num: " << accept.size() << "\ttotal num: " << num << '\n';
+                      << "\taccept left num: " << accept.size() << "\ttotal num: " << num << '\n';
     clean = false;
     return Size(accept) != num;
 }

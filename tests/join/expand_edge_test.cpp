@@ -379,7 +379,7 @@ TEST_F(AfterOverGapTest, TrustedEdgePartAndSequenceAreTaken) {
     EXPECT_TRUE(Logged("edge is clear\t60\nHave overlap between after and before edge!\n"));
     Distrust(before_edge);
     Connect(Bases(7, 30), before_edge + piece, 79);
-    EXPECT_TRUE(Logged("Overlap between after and before edge is unsure, cut overlap region\n"));
+    EXPECT_TRUE(Logged("Overlap between before and after edge is unsure, cut overlap region\n"));
     EXPECT_EQ(after, piece);
 }
 
