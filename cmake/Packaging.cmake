@@ -1,5 +1,4 @@
 # `cpack` in the build directory makes a Debian package of everything that is installed.
-install(FILES docs/tutorial.md docs/performance.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(CPACK_PACKAGE_NAME lintara)
 set(CPACK_PACKAGE_VENDOR "The Lintara developers")

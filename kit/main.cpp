@@ -100,6 +100,8 @@ int main(int argc, char** argv) {
     // A child or a disk that goes away is told by the failing write, not by a signal.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+    // Whoever started this may leave it ignored, and then the end of a child could not be learnt.
+    std::signal(SIGCHLD, SIG_DFL);
     CLI::App app{"From scaffolds and read pairs to filled scaffolds, with evidence for every base.", "lintara-kit"};
     app.set_version_flag("--version", "lintara-kit " LINTARA_KIT_VERSION);
     app.require_subcommand(1);

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include "kit/base/error.h"
 
@@ -33,6 +34,35 @@ namespace {
     _exit(written > 0 ? 127 : 126);
 }
 
+/// A file descriptor until it is handed on or closed.
+class Descriptor {
+  public:
+    explicit Descriptor(int fd = -1) : fd_(fd) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int Get() const { return fd_; }
+    int Release() { return std::exchange(fd_, -1); }
+    void Set(int fd) {
+        Close();
+        fd_ = fd;
+    }
+    void Close() {
+        if (fd_ >= 0) close(Release());
+    }
+
+  private:
+    int fd_;
+};
+
+void OpenPipe(Descriptor& read_end, Descriptor& write_end) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) throw Error(fmt::format("cannot make a pipe: {}", std::strerror(errno)));
+    read_end.Set(ends[0]);
+    write_end.Set(ends[1]);
+}
+
 int OpenForWriting(const std::string& path) {
     int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (fd < 0) throw Error(fmt::format("cannot write {}: {}", path, std::strerror(errno)));
@@ -49,31 +79,31 @@ Child::Child(const std::vector<std::string>& argv, const std::string& outFile, c
     std::vector<char*> words;
     for (const std::string& word : argv) words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
-    int out[2] = {-1, -1};
+    Descriptor out;
+    Descriptor childs_out;
     if (outFile.empty()) {
-        if (pipe2(out, O_CLOEXEC) != 0) throw Error(fmt::format("cannot make a pipe: {}", std::strerror(errno)));
+        OpenPipe(out, childs_out);
     } else {
-        out[1] = OpenForWriting(outFile);
+        childs_out.Set(OpenForWriting(outFile));
     }
-    int err = OpenForWriting(errFile);
-    int tell[2];
-    if (pipe2(tell, O_CLOEXEC) != 0) throw Error(fmt::format("cannot make a pipe: {}", std::strerror(errno)));
+    Descriptor err(OpenForWriting(errFile));
+    Descriptor told;  // why the program could not be started
+    Descriptor tell;
+    OpenPipe(told, tell);
     pid_t parent = getpid();
     pid_ = fork();
-    if (pid_ == 0) BecomeProgram(words.data(), out[1], err, tell[1], parent);
-    close(out[1]);
-    close(err);
-    close(tell[1]);
-    outFd_ = out[0];
-    int reason = 0;
-    ssize_t got = pid_ < 0 ? 0 : read(tell[0], &reason, sizeof reason);
-    close(tell[0]);
-    if (pid_ < 0 || got == static_cast<ssize_t>(sizeof reason)) {
+    if (pid_ == 0) BecomeProgram(words.data(), childs_out.Get(), err.Get(), tell.Get(), parent);
+    int reason = pid_ < 0 ? errno : 0;
+    childs_out.Close();
+    err.Close();
+    tell.Close();
+    if (pid_ > 0 && read(told.Get(), &reason, sizeof reason) != static_cast<ssize_t>(sizeof reason)) reason = 0;
+    if (reason != 0) {
         if (pid_ > 0) waitpid(pid_, nullptr, 0);
         pid_ = -1;
-        if (outFd_ >= 0) close(outFd_);
-        throw Error(fmt::format("cannot start {}: {}", argv[0], std::strerror(reason != 0 ? reason : errno)));
+        throw Error(fmt::format("cannot start {}: {}", argv[0], std::strerror(reason)));
     }
+    outFd_ = out.Release();
 }
 
 Child::~Child() {
@@ -96,8 +126,9 @@ ChildEnd Child::Wait(const std::function<void()>& tick) {
     rusage usage{};
     while (true) {
         pid_t got = wait4(pid_, &status, tick ? WNOHANG : 0, &usage);
-        if (got > 0 || (got < 0 && errno != EINTR)) break;
-        if (got < 0) continue;
+        if (got > 0) break;
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) throw Error(fmt::format("cannot wait for a child process: {}", std::strerror(errno)));
         tick();
         usleep(100'000);
     }

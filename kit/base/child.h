@@ -20,8 +20,8 @@ struct ChildEnd {
 
 class Child {
   public:
-    /// Starts argv[0] (looked up in PATH). An empty `outFile` means a pipe, see OutFd(). Throws Error when the program
-    /// cannot be started. The error stream goes to `errFile`.
+    /// Starts argv[0] (looked up in PATH). An empty `outFile` means a pipe, see TakeOutFd(). Throws Error when the
+    /// program cannot be started. The error stream goes to `errFile`.
     Child(const std::vector<std::string>& argv, const std::string& outFile, const std::string& errFile);
     /// Ends a child that nobody waited for.
     ~Child();
@@ -30,7 +30,7 @@ class Child {
 
     /// Reading end of the pipe; the caller owns it once taken. -1 when the output goes to a file.
     int TakeOutFd();
-    /// With `tick`, calls it several times a second until the child ends.
+    /// With `tick`, calls it several times a second until the child ends. Throws Error when its end cannot be learnt.
     ChildEnd Wait(const std::function<void()>& tick = {});
 
   private:

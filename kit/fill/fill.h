@@ -26,8 +26,8 @@ struct FillOptions {
     std::string command;  ///< as the user gave it, for run.json
 };
 
-/// Returns the exit status: 0, or 1 when a child ended abnormally after something had been gained (the gain is
-/// written). Throws Error when nothing can be written.
+/// Returns the exit status, 0. Throws Error when a child ended abnormally, a file cannot be read or nothing can be
+/// written; what was gained before is written then.
 int RunFill(const FillOptions& options);
 
 }  // namespace lintara::kit

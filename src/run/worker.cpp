@@ -11,7 +11,8 @@
 namespace lintara {
 
 Scaf* scaffolds = nullptr;
-std::map<int, int> scafid;
+// Never freed, since other workers may still take scaffolds when one of them ends the process.
+std::map<int, int>& scafid = *new std::map<int, int>;
 std::map<int, int>::iterator scafidItr;
 pthread_mutex_t myMutex = PTHREAD_MUTEX_INITIALIZER;
 

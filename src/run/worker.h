@@ -13,7 +13,7 @@ namespace lintara {
 
 /// The store, loaded before the workers start.
 extern Scaf* scaffolds;
-extern std::map<int, int> scafid;  ///< scaffold id to index in scaffolds; ascending id is the order of work
+extern std::map<int, int>& scafid;  ///< scaffold id to index in scaffolds; ascending id is the order of work
 extern std::map<int, int>::iterator scafidItr;  ///< the next scaffold to treat; guarded by myMutex
 
 /// Held to move scafidItr, to write one gap record to the standard output, and to read GapId after a scaffold.

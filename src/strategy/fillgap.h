@@ -1,5 +1,6 @@
 // What happens to one gap: the three strategies, one for each size class, and the block functions of the big one. Each
-// strategy takes the gap with its reads and the two flanking contigs and hands back the gap's text; none of them fails.
+// strategy takes the gap with its reads and the two flanking contigs and hands back the gap's text; none of them fails
+// but in check_middle_overlap().
 // A gap that cannot be worked on comes back as gap_length times N, an empty text means that the contigs join directly.
 //
 // Positions stand on the gap's axis (see store/gap.h). contig1 is the before contig, contig2 the after contig.

@@ -130,6 +130,12 @@ TEST_F(Faults, FaultOfTheCoreInTheFirstRoundLeavesNoFile) {
     ExpectResumes("b/out");
 }
 
+TEST_F(Faults, FaultOfTheCoreIsToldWhereTheEndOfChildrenIsIgnored) {
+    Script("core", "echo gone wrong >&2; exit 3");
+    EXPECT_EQ(Fill("a", "--quiet --core " + Path("core"), "env --ignore-signal=CHLD"), 1);
+    EXPECT_EQ(Err(), "lintara-kit: core ended with status 3: gone wrong\n");
+}
+
 TEST_F(Faults, ArithmeticFaultOfTheCoreMeansThatNothingWasGained) {
     Script("core", "kill -FPE $$");
     EXPECT_EQ(Fill("a", "--core " + Path("core")), 0) << Err();
