@@ -42,7 +42,8 @@ bool LongCheck(const std::string& over_part_before, const std::string& over_part
 /// @return the base in upper case; N when no read has the column
 char value_base(char seq_base, int posit, const std::map<int, int>& read, const std::vector<Read>& reads, int threadId);
 
-/// Whether a gap size stands for overlapping edges, that is whether it is negative. The reads are not looked at.
+/// Whether a gap size stands for overlapping edges, that is whether it is negative. The reads are not looked at. The
+/// program does not call it.
 bool ShortCheck(const std::vector<Read>& reads, const int& gapsize, const std::map<int, int>& read);
 
 }  // namespace lintara
