@@ -1,8 +1,11 @@
 // Exact search of a short pattern in a read or contig, and the ungapped similarity of two sequences at a given overlap.
 //
 // All comparisons are by exact byte, so case counts and N equals only N. Positions are 0-based offsets of an
-// occurrence's first character in the text; -1 is "not found". The functions hold no state and may be called from all
-// threads at once. A call with lengths that an algorithm cannot take is a programming fault and ends the process.
+// occurrence's first character in the text; -1 is "not found". A call with lengths that an algorithm cannot take is a
+// programming fault and ends the process.
+//
+// The functions keep no state and may be called from all threads at once, BM_match() aside, which prints without a
+// lock. PattNum() reads the run-wide Method, which is set before any thread starts.
 #pragma once
 
 #include <string>
