@@ -90,8 +90,8 @@ struct RoundGain {
     int gaps = 0;    ///< open pieces that changed
     long bases = 0;  ///< bases in new filled stretches
     int closed = 0;  ///< open pieces that are gone
-    std::vector<int>
-        gained;  ///< numbers of the original gaps that changed; one with several open pieces more than once
+    /// Numbers of the original gaps that changed; one with several open pieces more than once.
+    std::vector<int> gained;
 };
 
 /// Puts the results of round `round` into the state. A result that gains nothing leaves its piece as it is.

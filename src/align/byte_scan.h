@@ -13,8 +13,10 @@ int CountEqual(const char* a, const char* b, int n);
 /// The same where only a count of at least `least` is of interest: any lower number stands for a lower count.
 int CountEqual(const char* a, const char* b, int n, int least);
 
-/// Number of i < n with a[i] == b[i], where neither b[i] nor mask[i] is N.
+/// Number of i < n with a[i] == b[i], where neither b[i] nor mask[i] is N. The program does not call it.
 int CountEqualBases(const char* a, const char* b, const char* mask, int n);
+
+/// The same where only a count of at least `least` is of interest, as in CountEqual().
 int CountEqualBases(const char* a, const char* b, const char* mask, int n, int least);
 
 }  // namespace lintara::detail

@@ -30,7 +30,8 @@ int align_connect(const std::string& read_a, const std::string& read_b, int Min)
 /// The same with match_ratio 0.9 for the overlap lengths from Min to Max only; 0 when Max is below Min.
 int align_connect(const std::string& read_a, const std::string& read_b, int Min, int Max);
 
-/// The clear winner among scores.
+/// The clear winner among scores. The program does not call it: align_connect() picks by the same rule, and asks first
+/// for the length that is likely to win.
 ///
 /// @param value         size scores, percent; entries of 0 are skipped
 /// @param match_ratio   lowest winning score, as a share of 100
@@ -53,13 +54,15 @@ void local_aligning(const std::string& seq_i, const std::string& seq_j, std::str
 /// @param direction out: 0 diagonal, 1 from the left (gap in seq_i), 2 from above (gap in seq_j)
 void get_max_score(int sub_score, int gapi_score, int gapj_score, int& max_score, int& direction);
 
-/// The best cell of a score table; of equal ones that with the largest pos_i, then the largest pos_j.
+/// The best cell of a score table; of equal ones that with the largest pos_i, then the largest pos_j. The program does
+/// not call it: it is the plain form that the tests hold ScoreDiagonals::Best() against.
 /// @param DPscore       row-major scores, j_size entries a row
 /// @param pos_i, pos_j  in: sizes of the two sequences; out: the cell
 void locate_max_score(const int* DPscore, int& pos_i, int& pos_j, int j_size, int& final_score);
 
 /// Follows the directions back from a cell to the start of its alignment, appending both gapped strings in reverse.
-/// Does nothing on a cell of score 0.
+/// Does nothing on a cell of score 0. The program does not call it: local_aligning() follows a table of diagonals back
+/// by the same steps.
 /// @param align_i_start, align_j_start out: 1-based cell at which the alignment starts
 void trace_back(const int* DPscore, const int* DPdirect, const std::string& seq_i, const std::string& seq_j, int pos_i,
                 int pos_j, int j_size, std::string& align_i, std::string& align_j, int& align_i_start,
@@ -74,7 +77,8 @@ void trace_back(const int* DPscore, const int* DPdirect, const std::string& seq_
 /// @return true with at least 0.7 of equal columns over at least 0.7 of over1
 bool overlap_ctg_edge(const std::string& ctg1, const std::string& ctg2, int& over1, int& over2, int& containing);
 
-/// The same question answered by seeds of 7 bases. Nothing calls it. False when either one is below 10 bases.
+/// The same question answered by seeds of 7 bases. The program does not call it. False when either one is below 10
+/// bases.
 bool overlap_ctg_edge2(const std::string& ctg1, const std::string& ctg2, int method, int& over1, int& over2);
 
 }  // namespace lintara

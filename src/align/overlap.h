@@ -45,12 +45,12 @@ int overlap_before_len(const std::string& before, const std::string& str, int me
 int overlap_after_len(const std::string& str, const std::string& after, int method, int& after_len, double match_ratio);
 
 /// overlap() with the run-wide Match_ratio and without its second look at repeats; the last two arguments are ignored.
-/// Nothing calls it.
+/// The program does not call it.
 int overlap2(const std::string& str1, const std::string& str2, int method, int before_len, int after_len);
 
 /// A search in the manner of BM3 whose shift table looks only at what lies wholly left of each suffix, so that it may
 /// pass over an occurrence of a pattern that overlaps itself. Takes patterns below 3 bases, too; one that is longer
-/// than str ends the process with status -1 and no message. Nothing calls it.
+/// than str ends the process with status -1 and no message. The program does not call it.
 /// @return offset of an occurrence in str, or -1
 int over_posit(const std::string& patt, const std::string& str);
 

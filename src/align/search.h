@@ -1,8 +1,11 @@
 // Exact search of a short pattern in a read or contig, and the ungapped similarity of two sequences at a given overlap.
 //
 // All comparisons are by exact byte, so case counts and N equals only N. Positions are 0-based offsets of an
-// occurrence's first character in the text; -1 is "not found". The functions hold no state and may be called from all
-// threads at once. A call with lengths that an algorithm cannot take is a programming fault and ends the process.
+// occurrence's first character in the text; -1 is "not found". A call with lengths that an algorithm cannot take is a
+// programming fault and ends the process.
+//
+// The functions keep no state and may be called from all threads at once, BM_match() aside, which prints without a
+// lock. PattNum() reads the run-wide Method, which is set before any thread starts.
 #pragma once
 
 #include <string>
@@ -39,29 +42,32 @@ double GetMatchRatio(const std::string& read1, const std::string& read2, int ove
 int Simple(const std::string& patt, const std::string& str, int type);
 
 /// Last occurrence of patt in str. Any negative value means none: |str| - |patt| when str is the shorter one, else -1.
+/// The program does not call it: BM3 and BM4 build their tables by it.
 int GetLast(const std::string& patt, const std::string& str);
 
-/// Largest distance by which a prefix of patt repeats to its left: the table builder of BM4.
+/// Largest distance by which a prefix of patt repeats to its left: the table builder of BM4. The program does not call
+/// it.
 /// @param patt    suffix of str that begins at pattpos
 /// @param str     the whole search pattern
 /// @return largest distance to the nearest earlier occurrence over the prefixes that have one; -1 when none has
 int GetMaxdis(const std::string& patt, const std::string& str, int pattpos);
 
 /// Boyer-Moore searches; both give the leftmost occurrence or -1 for any bytes. They end the process with a message
-/// and status -1 unless 3 <= |patt| <= |str|.
+/// and status -1 unless 3 <= |patt| <= |str|. The program does not call them: string_match() has one search for all
+/// methods that give the leftmost occurrence.
 int BM3(const std::string& patt, const std::string& str);
 int BM4(const std::string& patt, const std::string& str);
 
-/// A third Boyer-Moore form, which prints its scan offset to the standard output after each shift. Nothing calls it.
-/// Ends the process with status -1 and no message unless 3 <= |patt| <= |str|.
+/// A third Boyer-Moore form, which prints its scan offset to the standard output after each shift. The program
+/// does not call it. Ends the process with status -1 and no message unless 3 <= |patt| <= |str|.
 int BM_match(const std::string& patt, const std::string& str);
 
 /// Knuth-Morris-Pratt search: leftmost occurrence or -1. Ends the process with status -1 and no message when patt is
-/// empty or longer than str.
+/// empty or longer than str. The program does not call it, see BM3.
 int KMP(const std::string& patt, const std::string& str);
 
 /// The same over C strings: first occurrence that starts at or after pos, or -1; -1 too for null or empty strings and
-/// for a pos outside the text.
+/// for a pos outside the text. The program does not call it.
 int KMP(const char* Text, int pos, const char* Pattern);
 
 /// A jump search over repeated characters and triples. What it reports is an occurrence, but it misses some on its
@@ -69,11 +75,12 @@ int KMP(const char* Text, int pos, const char* Pattern);
 /// unless 3 <= |patt| <= |str|.
 int KMP2(const std::string& patt, const std::string& str);
 
-/// Fills prefix, one entry a pattern character, with the length of the longest proper border that ends there.
+/// Fills prefix, one entry a pattern character, with the length of the longest proper border that ends there. The
+/// program does not call them.
 void SetPrefix(const char* Pattern, int* prefix);
 void SetPrefix(const std::string patt, int* prefix);
 
-/// Length of a C string; -1 for a null pointer.
+/// Length of a C string; -1 for a null pointer. The program does not call it.
 int CharLen(const char* Text);
 
 /// The start offset for which most bases of str vote by the first and last place of their base in patt; ties go to

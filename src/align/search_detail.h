@@ -1,5 +1,6 @@
 // What the exact searches share behind their public header: string_match() for byte ranges, the checks that end the
-// process, and the scan that BM3 and over_posit() run on their own shift tables.
+// process, and the scan that BM3 and over_posit() run on their own shift tables. The program calls MatchRange() and
+// CheckPatternLength(); it does not call the rest, which serves BM3, BM4 and over_posit() alone.
 #pragma once
 
 #include <string>

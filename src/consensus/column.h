@@ -54,10 +54,12 @@ struct Verdict {
     char held;                ///< the voted base
 };
 
-/// Counts one column by looking at every placed read.
+/// Counts one column by looking at every placed read. The program does not call it: it is the plain form that the tests
+/// hold ColumnCounts against.
 Column CountColumn(int posit, const ReadMap& read);
 
-/// Counts the columns of seq from first up to last (not included) at once; entry 0 is column first.
+/// Counts the columns of seq from first up to last (not included) at once; entry 0 is column first. The program does
+/// not call it.
 std::vector<Column> CountColumns(const std::string& seq, int first, int last, const ReadMap& read);
 
 inline Winner MostFrequent(const Column& column) {
@@ -77,7 +79,8 @@ inline Winner MostFrequent(const Column& column) {
 const int kRecordRoom = 6 * (kNumberRoom + 1) + kRatioSize + 8;
 
 /// Writes one record: the column's place and four counts, each followed by a tab; the called base, marker and the
-/// path's base; a tab, the covering reads, a tab, the share of them that the winner has.
+/// path's base; a tab, the covering reads, a tab, the share of them that the winner has. The program does not call it:
+/// VoteColumns() writes the two parts.
 ///
 /// @param value  count of the winner
 /// @return the end of the text
@@ -88,7 +91,7 @@ char* WriteRecord(char* to, int posit, const Column& column, char bases, std::st
 char* WritePlace(char* to, int posit);
 char* WriteVote(char* to, const Column& column, char bases, std::string_view marker, char seq_base, int value);
 
-/// Adds one record to text.
+/// Adds one record to text. The program does not call it.
 void AppendRecord(std::string& text, int posit, const Column& column, char bases, std::string_view marker,
                   char seq_base, int value);
 
@@ -102,7 +105,8 @@ inline char ClearWinner(char bases, char seq_base, double ratio) {
     return bases != seq_base && ratio < 0.7 ? seq_base : bases;
 }
 
-/// Votes on one column and writes its record.
+/// Votes on one column and writes its record. The program does not call it: it is the plain form that the tests hold
+/// VoteColumns() against.
 ///
 /// @param vote  Verdict(char seq_base, const Column&)
 /// @return the voted base

@@ -34,19 +34,21 @@ void Get_snp_middle(std::string& seq, const std::vector<int>& order, Overlaps ma
                     int threadId);
 
 /// The strict vote near a loose end. A base needs two reads; the path's base wins a tie; one read for the path against
-/// two for another base is N in the record. Arguments and record as in value_base().
+/// two for another base is N in the record. Arguments and record as in value_base(). The program does not call it: it
+/// is the plain form, column by column, that the tests hold the functions above against.
 ///
 /// @return the base to hold there, or N for a column in doubt
 char Enlong_value_base(char seq_base, int posit, const ReadMap& read, int threadId);
 
-/// The plain vote near a loose end: value_base() with the demand for two reads a base.
+/// The plain vote near a loose end: value_base() with the demand for two reads a base. The program does not call it, as
+/// above.
 char Enlong_value_base2(char seq_base, int posit, const ReadMap& read, int threadId);
 
 /// The elements in reverse order, which turns the path of a walk from the right into an order.
 std::vector<int> reverse_vector(const std::vector<int>& tmp);
 
 /// Trims N at both ends of seq, in place, then removes inner N by keeping the larger part. A base at position 0 counts
-/// as trimmed when another kind of base follows.
+/// as trimmed when another kind of base follows. The program does not call it.
 ///
 /// @return seq as it now stands; empty without a base behind position 0
 std::string Drop_NTail(std::string& seq);

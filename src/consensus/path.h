@@ -34,7 +34,8 @@ void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, c
              const int* start, const int* end, int threadId);
 
 /// The vote on a path between both edges. An other base than the path's needs 70 percent of all covering reads, those
-/// with N included. Writes the column's record.
+/// with N included. Writes the column's record. The program does not call it: it is the plain form, column by column,
+/// that the tests hold Get_snp() against.
 ///
 /// @param seq_base  base of the path
 /// @param posit     column of the full consensus, 0-based, before edge included
@@ -42,12 +43,13 @@ void Get_snp(std::string& seq, const std::vector<int>& order, Overlaps matrix, c
 char value_base(char seq_base, int posit, const ReadMap& read, int threadId);
 
 /// Whether the last read of the order agrees with the finished consensus in more than 90 percent of its bases.
+/// The program does not call it: a path with a loose end asks consensus::ReadAgrees() itself.
 ///
 /// @param seq  full consensus, on the axis of the offsets in the read map
 bool LastOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                     const std::vector<int>& order);
 
-/// The same for the first read of the order.
+/// The same for the first read of the order. The program does not call it.
 bool FirstOrderCheck(const std::string& seq, const ReadMap& read, const std::vector<Read>& reads,
                      const std::vector<int>& order);
 

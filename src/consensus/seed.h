@@ -24,7 +24,8 @@ std::string forward_expand(const int* start, const std::vector<Read>& reads, int
 std::string reward_expand(const int* end, const std::vector<Read>& reads, int threadId);
 
 /// The strictest vote: how many reads must agree depends on how many are placed at all. With the edge and one read
-/// nothing is ever confirmed. The record has tabs on both sides of the path's base and no marker.
+/// nothing is ever confirmed. The record has tabs on both sides of the path's base and no marker. The program does not
+/// call it: forward_expand() and reward_expand() vote on all columns at once by the same rule.
 ///
 /// @return the winning base, or N when the column isn't confirmed; the path's base is of no weight
 char Enlong_value_base_restrict(char seq_base, int posit, const ReadMap& read, int threadId);

@@ -67,7 +67,7 @@ int GetForwardMatchLen(const std::string& seq, int pos1, const std::string& afte
 /// @return false: `seq` is as it was
 bool CutBefore(std::string& seq, const std::string& after);
 
-/// The largest of the three numbers and their sum, whatever the name says.
+/// The largest of the three numbers and their sum, whatever the name says. The program does not call it.
 int min(int num1, int num2, int num3);
 
 }  // namespace lintara

@@ -45,10 +45,12 @@ void LongCut(std::string& seq, const std::string& before, const std::string& aft
 /// earlier ones. Entries of -1 go too.
 void clearn_order(std::vector<int>& starts);
 
-/// Joins two paths at a read that they share. `matrix` isn't looked at.
+/// Joins two paths at a read that they share. `matrix` isn't looked at. The program does not call it.
 ///
 /// @return both paths without the loop, with `ends` cleared; without a shared read `starts`
 std::vector<int> connect(std::vector<int>& starts, std::vector<int>& ends, std::uint8_t**& matrix);
+
+// The program does not call what stands below: four other ways to join expansions, and a check of the edges' reads.
 
 /// The gap's text from two expansions that are thought to overlap in `overlen` bases.
 std::string cut_seq(const std::string& before, const std::string& after, int overlen, const std::string& before_edge,

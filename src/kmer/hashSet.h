@@ -87,6 +87,8 @@ void enlarge_hashset(HashSet* set, std::uint64_t num);
 /// @return always 1. A deleted key grows in its record and stays deleted.
 int add_hashset(HashSet* set, Entity* entity, std::uint16_t ReadNum);
 
+// The program does not call the five below: it asks for no single key, since hash2matrix() goes through all slots.
+
 /// Slot of the key of entity, or size when the key is absent or deleted.
 std::uint64_t get_hashset(const HashSet* set, const Entity* entity);
 

@@ -31,14 +31,16 @@ std::uint64_t seq2bit(const std::string& seq);
 /// The six bases of a packed tag; all bits above the low 12 are ignored.
 std::string bit2seq(std::uint64_t mer);
 
-/// The Kmer bases of a packed k-mer. Above 32 bases the shifts wrap, and so the bases repeat.
+/// The Kmer bases of a packed k-mer. Above 32 bases the shifts wrap, and so the bases repeat. The program does not call
+/// it.
 std::string Kmer2Seq(std::uint64_t mer);
 
 /// Shifts a sequence of any length onto a running word, which is not cleared first; what passes the top is lost.
 /// Bytes that are no base spill as in seq2bit().
 void seq2Kmer(std::uint64_t& kmer, const std::string& seq);
 
-/// The two-word form: the first 32 bases are shifted onto kmer[0], the others onto kmer[1].
+/// The two-word form: the first 32 bases are shifted onto kmer[0], the others onto kmer[1]. The program does not call
+/// it.
 void Seq2Kmer(std::uint64_t* kmer, const std::string& seq);
 
 /// Adds all k-mers of one read to the table. Each key is the running word after the k-mer was shifted onto it, and the
@@ -85,16 +87,16 @@ inline void SettleCells(std::uint8_t** matrix, int i, int j, int len1, int len2,
 
 }  // namespace detail
 
-/// Clears column 0 and row num - 1.
+/// Clears column 0 and row num - 1. The program does not call it.
 void correct_matrix(std::uint8_t**& matrix, std::uint16_t num);
 
-/// Logs row start: each read that can follow it with its overlap, "number;overlap ".
+/// Logs row start: each read that can follow it with its overlap, "number;overlap ". The program does not call it.
 void show_over(int start, std::uint8_t**& matrix, std::uint16_t num, int threadId);
 
-/// Logs column end: each read that can precede it with its overlap, "number;overlap ".
+/// Logs column end: each read that can precede it with its overlap, "number;overlap ". The program does not call it.
 void show_over(std::uint8_t**& matrix, int end, std::uint16_t num, int threadId);
 
-/// Logs the matrix as a table without its column 0.
+/// Logs the matrix as a table without its column 0. The program does not call it.
 void show_matrix(std::uint8_t**& matrix, std::uint16_t num, int threadId);
 
 /// Frees the rows and the row array of hash2matrix(); the pointer keeps its value.

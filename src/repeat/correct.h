@@ -12,10 +12,11 @@
 
 namespace lintara {
 
-/// One pass of correction over all reads.
+/// One pass of correction over all reads. The program does not call it: it is the plain form of CorrectLaidReads(), on
+/// strings.
 ///
 /// @param reads    changed in place; reads below 6 bases are skipped
-/// @param tagInfo  the table that find_type() filled; only read
+/// @param tagInfo  the table that the detector filled; only read
 /// @param TRLen    unit length in bases
 /// @param freq     tag frequencies of the reads, kept up to date for the tags that a change was checked on
 /// @return number of bases changed
@@ -28,7 +29,7 @@ int CorrectLaidReads(TagReads& laid, RepeatTags& repeat, int* freq);
 
 /// Tries to write `newBase` at the 0-based position `subEndPos` - 1 of a read. The change is refused, with nothing
 /// touched, if one of the tags that start from `startPos` to `endPos` - 1 would be rare after it; otherwise the
-/// frequencies of exactly those tags follow the change.
+/// frequencies of exactly those tags follow the change. The program does not call it.
 ///
 /// @param startPos, endPos  tag starts, `endPos` excluded; an empty range accepts the change
 /// @param subEndPos         1 to the read's length; outside of it the change is refused

@@ -31,7 +31,8 @@ struct RepeatTags {
     void Clear();
 };
 
-/// Adds the repeat tags of a filled table.
+/// Adds the repeat tags of a filled table. The program does not call it: FindBlockType() knows the tags that its scan
+/// has filled.
 void AddRepeatTags(const TagInfo* tagInfo, int TRLen, RepeatTags& repeat);
 
 /// Finds all runs anew.

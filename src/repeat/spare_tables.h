@@ -11,14 +11,15 @@ namespace lintara {
 /// Sets both to arrays of TAG entries, the calling thread's spare ones if it has some.
 ///
 /// @param tagInfo  out: records without distances
-/// @param freq     out: frequencies of any value; find_type() sets them
+/// @param freq     out: frequencies of any value; FindBlockType() sets those that it needs
 void TakeTables(TagInfo*& tagInfo, int*& freq);
 
 /// Tells that these records of a table have got distances. When all that have are told of, GiveBackTables() need not
 /// look at the other ones.
 void NoteFilled(const TagInfo* tagInfo, const std::vector<int>& tags);
 
-/// Tells that records of a table may have distances of which NoteFilled() does not know.
+/// Tells that records of a table may have distances of which NoteFilled() does not know. The program does not call it:
+/// AddDistance() does.
 void NoteUnknown(const TagInfo* tagInfo);
 
 /// Takes the tables of a gap back for the thread's next one; both become null.

@@ -1,6 +1,6 @@
 // Fills a gap in which several tandem repeat units of one length alternate. It goes about it like solve_TR_block(), but
 // there is no single phase here: no copies are counted, and none are written. No gap takes this road as long as
-// find_type() never reports several units.
+// FindBlockType() never reports several units.
 #pragma once
 
 #include <map>
@@ -32,12 +32,12 @@ std::string solve_MTR_block(std::vector<Read>& reads, TagInfo*& tagInfo, std::ma
 /// not looked at.
 int Multi_tail_check(std::string& seq, std::set<std::string>& units, int unitlen);
 
-/// The same, with no word looked at that starts at place `limit` or in front of it. Nothing calls it.
+/// The same, with no word looked at that starts at place `limit` or in front of it.
 int Multi_tail_check(std::string& seq, std::set<std::string>& units, int unitlen, int limit);
 
 /// Length of the repeat run at the start of a sequence, with no word looked at that ends at place `limit` or behind it.
 /// -1 for a sequence shorter than a unit; unitlen - 1 when it does not start in a repeat word. The last word of the
-/// sequence is not looked at. Nothing calls it.
+/// sequence is not looked at.
 int Multi_tail_check(std::set<std::string>& units, std::string& seq, int unitlen, int limit);
 
 /// The same without a limit.

@@ -123,8 +123,8 @@ void FindSeveralUnits(const TagReads& laid, int TRLen, TagInfo*& tagInfo, int*& 
     logFile[threadId] << "There are " << TRSeq.size() << " TR units of length " << TRLen << ".\n";
 }
 
-/// find_type() on the reads that stand in the detector, which gets the corrections. The frequencies are counted only
-/// when they are needed, unless they were before.
+/// FindBlockType() on the reads that stand in the detector, which gets the corrections. The frequencies are counted
+/// only when they are needed, unless they were before.
 int FindTypeOfLaid(TagInfo*& tagInfo, std::map<std::string, int>& TRSeq, int*& freq, bool freq_counted, int& isMultiTR,
                    int threadId) {
     TagReads& laid = detector.laid;

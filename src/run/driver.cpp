@@ -1,6 +1,5 @@
 #include "run/driver.h"
 
-#include <malloc.h>
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,6 +13,11 @@
 #include <numeric>
 #include <string>
 #include <vector>
+
+// Behind the headers above, which define the macro.
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "run/options.h"
 #include "run/record_text.h"

@@ -42,18 +42,18 @@ extern const char* UPDATE;  ///< never printed
 extern bool* SHORTOVERLAP;        ///< read and written by get_last, get_first, forward and reward
 extern std::uint64_t* initSizes;  ///< initial size of the k-mer hash set, written by assemble_block
 
-const int MAX_READ_LEN = 200;          ///< declared bound of a read's length, bases
+const int MAX_READ_LEN = 200;          ///< declared run-wide; no logic reads it (the live bound is ReadLen)
 const unsigned int DATA_LEN = 32;      ///< bases in one packed word
 const unsigned int LEN_TO_BITLEN = 2;  ///< bits a base takes in the packed code
 const int TAG = 16384;                 ///< entries in the tag table of the repeat detector
 const int TAGL = 6;                    ///< tag length of the repeat detector, bases
-const int EDGE = 5;
-const double Match_ratio2 = 0.9;
-const double DIF = 0.9;
-const int BLOCK = 3;
-const int DELTA = 30;                 ///< widening of the trial overlaps in GetOverlapLen, bases
-const float OVERLAPPERCUTOFF = 0.9F;  ///< lowest identity of the best trial overlap in GetOverlapLen
-const float SEC2FIR = 0.8F;           ///< largest ratio of second-best to best identity in GetOverlapLen
+const int EDGE = 5;                    ///< declared run-wide; no logic reads it
+const double Match_ratio2 = 0.9;       ///< declared run-wide; no logic reads it
+const double DIF = 0.9;                ///< declared run-wide; no logic reads it
+const int BLOCK = 3;                   ///< declared run-wide; no logic reads it
+const int DELTA = 30;                  ///< widening of the trial overlaps in GetOverlapLen, bases
+const float OVERLAPPERCUTOFF = 0.9F;   ///< lowest identity of the best trial overlap in GetOverlapLen
+const float SEC2FIR = 0.8F;            ///< largest ratio of second-best to best identity in GetOverlapLen
 
 /// Half of the built-in Min_overlap, in bases. It is settled before the options are read, so -a does not move it.
 const int OVERLAPLENCUTOFF = 15;

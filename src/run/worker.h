@@ -16,7 +16,8 @@ extern Scaf* scaffolds;
 extern std::map<int, int>& scafid;  ///< scaffold id to index in scaffolds; ascending id is the order of work
 extern std::map<int, int>::iterator scafidItr;  ///< the next scaffold to treat; guarded by myMutex
 
-/// Held to move scafidItr, to write one gap record to the standard output, and to read GapId after a scaffold.
+/// Held to move scafidItr, to take turns at a scaffold that several scaffold ids share, to write one gap record to the
+/// standard output, and to read GapId after a scaffold; and by the main thread until all workers are started.
 extern pthread_mutex_t myMutex;
 
 /// Counters, one entry a thread, indexed by threadId.

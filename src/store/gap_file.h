@@ -24,8 +24,8 @@ class LookaheadBuffer : public std::streambuf {
   public:
     explicit LookaheadBuffer(std::streambuf& source);
 
-    /// What is in the buffer and not yet consumed: [Begin(), End()).
-    /// kRecordSlack zeros stand behind.
+    /// What is in the buffer and not yet consumed: [Begin(), End()). From the first Refill() on, kRecordSlack zeros
+    /// stand behind.
     const char* Begin() const { return gptr(); }
     const char* End() const { return egptr(); }
     /// Consumes all in front of `to`, which lies in [Begin(), End()].

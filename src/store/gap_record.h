@@ -23,7 +23,7 @@ struct GapHeader {
     int contig = 0;    ///< index of the contig in front of the gap
 };
 
-/// What Loadgapfile() keeps of a sequence line: a last character that is neither a base nor `N` goes, unless it is the
+/// What the store keeps of a sequence line: a last character that is neither a base nor `N` goes, unless it is the
 /// only one.
 std::string_view StoredSequence(std::string_view line);
 
@@ -38,8 +38,8 @@ class PlainRecords {
   public:
     /// Takes the record at `at`.
     ///
-    /// @param end       end of what is there, with kRecordSlack bytes behind; they are zeros if the last record may be
-    /// cut
+    /// @param end       end of what is there, with kRecordSlack bytes behind; they are zeros if the last record may
+    ///                  be cut
     /// @param header    out; of no meaning when there is no record
     /// @param sequence  out: the second line
     /// @return the place behind the record's second line end; null when the record is not plain or ends beyond `end`

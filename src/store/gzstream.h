@@ -57,7 +57,7 @@ class gzstreambase : virtual public std::ios {
 
     /// Opens the buffer; a failure sets the fail state.
     void open(const char* name, int compression_level, int open_mode);
-    /// Closes the buffer; a failure sets the fail state.
+    /// Closes the buffer; a failure sets the fail state. The program does not call it: the destructor closes, too.
     void close();
     gzstreambuf* rdbuf() { return &buf; }
 

@@ -17,7 +17,9 @@
 
 namespace lintara {
 
-/// Loads the reads: runs Loadgapnum() and Loadcontignum(), then stores every read at its gap.
+/// Loads the reads: runs Loadgapnum() and Loadcontignum(), then stores every read at its gap. The program does not call
+/// it: LoadGapPlaces() loads the reads that cannot stay in their file in the same way, and the tests hold it against
+/// this plain form.
 ///
 /// On return the store is allocated and holds the reads, without contig sequences. When either file holds no record,
 /// a message says so and no read is loaded; that is no error here.
@@ -42,7 +44,8 @@ void LoadGapPlaces(std::string& file1, std::string& file2, Scaf*& scaffolds, std
 /// @param file  contig file, plain FASTA with headers ">scaffoldS_C", a tab, and the length of the gap in front
 void Loadcontigfile(std::string& file, Scaf*& scaffolds, std::map<int, int>& scafid);
 
-/// Counts the reads of every gap: gap id to number of records in the gap file.
+/// Counts the reads of every gap: gap id to number of records in the gap file. The program does not call it:
+/// LoadGapPlaces() notes the places as it counts.
 void Loadgapnum(std::string& file, std::map<int, int>& gapreadsum);
 
 /// Counts the contigs of every scaffold, allocates the scaffolds with their arrays, and fills scafid in ascending id.
@@ -51,9 +54,9 @@ void Loadcontignum(std::string& file, Scaf*& scaffolds, std::map<int, int>& scaf
 /// Frees all that a scaffold owns and leaves it empty, so that a second call is harmless.
 void scaffold_delete(Scaf& scaffold);
 
-/// Drops the last character if it is neither a base nor N; at most this one goes.
+/// Drops the last character if it is neither a base nor N; at most this one goes. The program does not call it.
 void chomp_read(std::string& str);
-/// The same for a zero-terminated string; null and the empty string are left alone.
+/// The same for a zero-terminated string; null and the empty string are left alone. The program does not call it.
 void chomp_read(char* str);
 
 /// Zeroes size entries.
@@ -61,7 +64,7 @@ void Initial(int*& array, int size);
 /// Sets each of size entries to 100 times N.
 void Initial(std::string*& array, int size);
 
-/// The largest element, or 0 if the set is empty or holds only negative numbers.
+/// The largest element, or 0 if the set is empty or holds only negative numbers. The program does not call it.
 int findsetmax(const std::set<int>& pos);
 
 }  // namespace lintara

@@ -14,8 +14,6 @@ namespace lintara {
 
 namespace {
 
-const int kUnknownSize = -1000;
-
 /// What the spanning reads of a block tell.
 struct Estimates {
     std::vector<int> Len;         // one size a spanning read, in read order

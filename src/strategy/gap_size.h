@@ -15,13 +15,16 @@
 
 namespace lintara {
 
+/// The gap size that stands for "unknown". No read tells it: edges of 200 bases overlap in 200 at most.
+inline constexpr int kUnknownSize = -1000;
+
 /// The gap size that the spanning reads agree on.
 ///
 /// @param reads        the block; a read that reaches beyond an edge is trimmed to it, whether it counts or not
 /// @param read         out: index of each supporting read to its start in the before edge. With an undecided vote it
 ///                     keeps all spanning reads, with too few of them it is empty
 /// @param Accept_Long  in/out, false at first: set when a read's placement is ambiguous, see LongCheck()
-/// @return bases between the edges, negative for an overlap; -1000: unknown
+/// @return bases between the edges, negative for an overlap; or kUnknownSize
 int GetGapLen(std::vector<Read>& reads, std::map<int, int>& read, bool& Accept_Long, int threadId);
 
 /// Whether a spanning read could lie at another place as well: its gap part occurs in it more than once, or one of its
@@ -42,7 +45,8 @@ bool LongCheck(const std::string& over_part_before, const std::string& over_part
 /// @return the base in upper case; N when no read has the column
 char value_base(char seq_base, int posit, const std::map<int, int>& read, const std::vector<Read>& reads, int threadId);
 
-/// Whether a gap size stands for overlapping edges, that is whether it is negative. The reads are not looked at.
+/// Whether a gap size stands for overlapping edges, that is whether it is negative. The reads are not looked at. The
+/// program does not call it.
 bool ShortCheck(const std::vector<Read>& reads, const int& gapsize, const std::map<int, int>& read);
 
 }  // namespace lintara

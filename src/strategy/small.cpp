@@ -17,7 +17,6 @@ namespace lintara {
 
 namespace {
 
-const int kUnknownSize = -1000;
 const int setlen = 200;  // bases of an edge
 
 /// Whether a step has settled the gap.

@@ -105,7 +105,7 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
     const int MinNum = gapsize > 3 ? Places(gap_seq, before_seq + gap_seq + reads.back().seq) : -1;
     LogText(threadId) << "Min num: " << MinNum << "\n";
     if (over1 < min_align || over2 < min_align) {
-        gapsize = -1000;
+        gapsize = kUnknownSize;
         return n_seq;
     }
 
@@ -117,7 +117,7 @@ std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std
     LogText(threadId) << "Checking patt: " << patt1 << "\t" << patt2 << "\tread num: " << num << "\n";
     if (1000 * gapsize <= num) num = 100 * gapsize;
     if (!OthersAgree(reads, readid, num, gapsize, gap_seq, MinNum, patt1, over1, patt2, over2, threadId)) {
-        gapsize = -1000;
+        gapsize = kUnknownSize;
         return n_seq;
     }
     LogText(threadId) << "The overlap is not part of repeat, supported by more than 2 reads, and not exitst more than "

@@ -34,7 +34,7 @@ bool MultiCrossCheck(const std::vector<Read>& reads, const int& gapsize, const s
 ///
 /// A read that is too short for its own gap size ends the process with status -1 and its numbers on the error stream.
 ///
-/// @param gapsize  in/out: bases of the gap; set to -1000 on refusal
+/// @param gapsize  in/out: bases of the gap; set to kUnknownSize on refusal
 /// @param read     exactly one entry
 /// @return the text; on refusal N in the old size
 std::string OneReadCross(const std::vector<Read>& reads, int& gapsize, const std::map<int, int>& read, int threadId);

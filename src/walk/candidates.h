@@ -41,6 +41,9 @@ int max_forward(int start, const std::vector<int>& accept, std::uint8_t**& matri
 /// The candidate of the shortest step to the left of end, otherwise as max_forward().
 int max_reward(int end, const std::vector<int>& accept, std::uint8_t**& matrix);
 
+// The program does not call the four checks below; check_max_forward() and check_max_reward() serve the plain selectors
+// of walk/max_walks.h. The walks judge a pick by walk/position_check.h.
+
 /// Whether enough of the other candidates stand between start and last.
 ///
 /// Enough are: a share of at least ECUTOFF and at least 7; all but one at most, of more than 2; or 2 of 2.

@@ -31,7 +31,8 @@ bool DropEdgeRead(int end, std::vector<int>& accept, const std::vector<Read>& re
 bool DropEdgeRead(const std::string& drop_seq, int end, std::vector<int>& accept, const std::vector<Read>& reads,
                   std::uint8_t**& matrix, bool& changenode);
 
-/// The opposite rule: the reads without an overlap with drop_seq, and their perfect partners.
+/// The opposite rule: the reads without an overlap with drop_seq, and their perfect partners. The program does not call
+/// it.
 bool DropUnseqRead(const std::string& drop_seq, int end, std::vector<int>& accept, const std::vector<Read>& reads,
                    std::uint8_t**& matrix, bool& changenode);
 
@@ -72,7 +73,7 @@ bool AcceptShortOverCheck(const std::vector<int>& accept, int end, std::uint8_t*
 int GetLonger(int now, const std::vector<int>& accept, const std::vector<Read>& reads);
 
 /// Debugging view on the error stream: the candidates one below the other, set in so that their overlaps with end
-/// stand in the same columns, each with its read number.
+/// stand in the same columns, each with its read number. The program does not call it.
 void ShowRewardBreak(const std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix, int end,
                      int threadId);
 

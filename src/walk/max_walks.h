@@ -41,10 +41,11 @@ int get_first_max(int end, std::vector<int>& accept, const std::vector<Read>& re
                   int threadId);
 
 /// The plain selector: the shortest step right of start that check_max_forward() supports, or -1. Candidates that fail
-/// are dropped from accept.
+/// are dropped from accept. The program does not call it.
 int get_last_max(int start, std::vector<int>& accept, std::uint8_t**& matrix);
 
-/// The twin with check_max_reward(); the last candidate left after a drop is taken without a check.
+/// The twin with check_max_reward(); the last candidate left after a drop is taken without a check. The program does
+/// not call it.
 int get_first_max(int end, std::vector<int>& accept, std::uint8_t**& matrix);
 
 }  // namespace lintara

@@ -70,7 +70,7 @@ bool ForwardCleanAccept(int start, std::vector<int>& accept, const std::vector<R
 /// The same for the overlaps with end.
 bool RewardCleanAccept(int end, std::vector<int>& accept, const std::vector<Read>& reads, std::uint8_t**& matrix);
 
-/// Whether first overlaps end with less than half of its length.
+/// Whether first overlaps end with less than half of its length. The program does not call it.
 bool RatioCheck(int end, int first, const std::vector<Read>& reads, std::uint8_t**& matrix);
 
 }  // namespace lintara
