@@ -8,7 +8,6 @@
 #include <map>
 #include <set>
 
-#include "kit/assign/mapping.h"
 #include "kit/base/error.h"
 
 namespace lintara::kit {
@@ -91,6 +90,15 @@ void WarnOfLetters(const std::vector<FastaRecord>& records, Progress& progress) 
     }
 }
 
+void WarnOfLongReads(const std::string& library, const MappingSummary& summary, Progress& progress) {
+    constexpr long kLongestOverlap = 255;
+    if (summary.longestRead <= kLongestOverlap) return;
+    progress.Warn(
+        fmt::format("{}: reads of up to {} bases: overlaps of more than {} are lost or taken for shorter ones; "
+                    "reads cut to that length fill better",
+                    library, summary.longestRead, kLongestOverlap));
+}
+
 std::string ReferenceForCram(const std::vector<std::string>& bams, const std::vector<FastaRecord>& records,
                              const std::string& folder) {
     bool any = false;
@@ -155,6 +163,7 @@ int RunPrepare(const PrepareOptions& options) {
         }
         progress.End(fmt::format("{} reads, {} mapped, longest {}{}", summary.reads, summary.mapped,
                                  summary.longestRead, sizes));
+        WarnOfLongReads(bam, summary, progress);
     }
     for (std::vector<AssignedRead>& reads : assigned) OrderAndThin(reads);
     std::vector<CoreScaffold> scaffolds = CoreScaffolds(layout, true);

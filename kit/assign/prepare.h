@@ -7,6 +7,7 @@
 
 #include "kit/assign/assign.h"
 #include "kit/assign/layout.h"
+#include "kit/assign/mapping.h"
 #include "kit/base/fasta.h"
 #include "kit/base/progress.h"
 
@@ -26,6 +27,9 @@ void WriteCoreInput(const Layout& layout, const std::vector<CoreScaffold>& scaff
 
 /// Tells of letters that are neither a base nor N, sequence by sequence.
 void WarnOfLetters(const std::vector<FastaRecord>& records, Progress& progress);
+
+/// Tells of reads that are longer than the overlaps which the core program can keep.
+void WarnOfLongReads(const std::string& library, const MappingSummary& summary, Progress& progress);
 
 /// Path of a plain FASTA file for reading CRAM, written to `folder` when one of the files is CRAM; else empty.
 std::string ReferenceForCram(const std::vector<std::string>& bams, const std::vector<FastaRecord>& records,

@@ -507,6 +507,7 @@ class Filler {
     void WarnOfLibrary(const std::string& name, const MappingSummary& summary) {
         for (const std::string& warning : mapper_.TakeWarnings()) progress_.Warn(name + ": " + warning);
         if (summary.mapped == 0) progress_.Warn(name + ": no read maps to the scaffolds");
+        if (state_.round == 0) WarnOfLongReads(name, summary, progress_);
     }
 
     void MapAndAssign(const std::string& stage, const Layout& layout, std::vector<std::vector<AssignedRead>>& assigned,

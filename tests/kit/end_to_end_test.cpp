@@ -1,6 +1,7 @@
 // Whole runs of `fill` with real mappers and the core program.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <regex>
@@ -263,6 +264,20 @@ TEST_F(EndToEnd, UnevenReadsAndReadsOfOtherGenomesAreWarnedOf) {
     std::string warning = "lintara-kit: warning: " + Path("1.fq") + ": ";
     EXPECT_NE(Err().find(warning + "[W::bseq_read] the 2nd file has fewer sequences."), std::string::npos) << Err();
     EXPECT_NE(Err().find(warning + "no read maps to the scaffolds\n"), std::string::npos) << Err();
+}
+
+TEST_F(EndToEnd, ReadsLongerThanAnOverlapMayBeAreWarnedOfOnce) {
+    const std::string warning =
+        "lintara-kit: warning: " + Path("1.fq") + ": reads of up to 256 bases: overlaps of more";
+    for (int length : {255, 256}) {
+        test::WritePairs(genome_, Path("1.fq"), Path("2.fq"), length, 600, 30, 4, [](long, long) { return true; });
+        ASSERT_EQ(Fill("a", "--force"), 0) << Err();
+        const std::vector<std::string> lines = Lines("err");
+        EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                                [&](const std::string& line) { return line.starts_with(warning); }),
+                  length == 255 ? 0 : 1)
+            << Err();
+    }
 }
 
 TEST_F(EndToEnd, ExistingFolderNeedsAWord) {
